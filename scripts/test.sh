@@ -1,0 +1,31 @@
+#!/usr/bin/env bash
+# Builds the library from scratch and runs the whole test suite.
+#   scripts/test.sh            configure, build and run CTest in build/
+# Under CI=true it builds with -Werror and then runs the suite a second time
+# built with AddressSanitizer and UndefinedBehaviorSanitizer.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+bash scripts/deps.sh
+
+jobs=$(nproc 2>/dev/null || echo 2)
+werror=OFF
+[[ "${CI:-}" == "true" ]] && werror=ON
+
+run_suite() {
+  local dir=$1; shift
+  cmake -S . -B "$dir" -DCMAKE_BUILD_TYPE=RelWithDebInfo \
+        -DFILTERS_WERROR="$werror" "$@"
+  cmake --build "$dir" -j "$jobs"
+  ctest --test-dir "$dir" --output-on-failure -j "$jobs"
+}
+
+run_suite build
+
+if [[ "${CI:-}" == "true" ]]; then
+  # Any sanitizer report fails the run: the sanitizers abort on the first one.
+  export ASAN_OPTIONS=abort_on_error=1:detect_leaks=1
+  export UBSAN_OPTIONS=halt_on_error=1:print_stacktrace=1
+  run_suite build-asan -DFILTERS_SANITIZE=address,undefined \
+            -DFILTERS_BUILD_TOOLS=ON
+fi
