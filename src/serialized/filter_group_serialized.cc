@@ -1,0 +1,87 @@
+// A filter group's wire form: one FiltersGroupPB message, carried in a byte
+// string or a FiltersSerialized buffer. Reading reports nothing by design:
+// the parse result is not examined, stage and type are taken as they come,
+// and entries the group's rules refuse are dropped; a receiver that needs to
+// know compares entry counts.
+
+#include <cstdint>
+#include <string>
+#include <utility>
+
+#include "FiltersCommon/filter_groups.h"
+#include "FiltersCommon/filter_serialized.h"
+#include "filter_entries.pb.h"
+#include "filter_groups.pb.h"
+
+namespace FiltersCommon {
+namespace {
+
+// Parses the message bytes and adds what they hold to `group`. A failed parse
+// still leaves every field read before the failure; a buffer's trailing zero
+// byte, for one, always fails the parse after the last field. Missing
+// required fields are not looked for either: the partial parse skips a walk
+// over every entry, and the runtime's log line, only to ignore the answer.
+void LoadGroup(FiltersGroup* group, const char* data, uint64_t size) {
+  FiltersGroupPB message;
+  if (size != 0) {
+    static_cast<void>(
+        message.ParsePartialFromArray(data, static_cast<int>(size)));
+  }
+  group->convertFromFiltersGroupPB(&message);
+}
+
+}  // namespace
+
+FiltersGroup::FiltersGroup(const std::string& bytes)
+    : FiltersGroup(filtersGroupId_t{0}) {
+  LoadGroup(this, bytes.data(), bytes.size());
+}
+
+// Parses the buffer's bytes in place, terminator included, rather than
+// copying a large group into a string first.
+FiltersGroup::FiltersGroup(FiltersSerialized& buffer)
+    : FiltersGroup(filtersGroupId_t{0}) {
+  const uint64_t size = buffer.size();
+  LoadGroup(this, size == 0 ? nullptr : buffer.data(), size);
+}
+
+FiltersGroupPB FiltersGroup::convertToFiltersGroupPB() const {
+  FiltersGroupPB message;
+  message.set_id_(id_);
+  message.set_priority_(priority_);
+  message.set_stage_(static_cast<uint32_t>(stage_));
+  message.set_type_(static_cast<uint32_t>(type_));
+  message.mutable_entries_()->Reserve(static_cast<int>(entries_.size()));
+  for (const auto& held : entries_) {
+    held.second.convertToFiltersEntryPB(message.add_entries_());
+  }
+  return message;
+}
+
+void FiltersGroup::convertFromFiltersGroupPB(const FiltersGroupPB* message) {
+  id_ = static_cast<filtersGroupId_t>(message->id_());
+  priority_ = static_cast<filtersGroupPriority_t>(message->priority_());
+  stage_ =
+      static_cast<filtersGroupStage_t>(static_cast<int32_t>(message->stage_()));
+  type_ =
+      static_cast<filtersGroupType_t>(static_cast<int32_t>(message->type_()));
+  // Each entry is built once from its element and moved into the map after
+  // the same checks insertEntry makes; refusals are dropped on purpose.
+  for (const FiltersEntryPB& element : message->entries_()) {
+    FiltersEntry entry(filtersEntryId_t{0});
+    entry.convertFromFiltersEntryPB(&element);
+    static_cast<void>(adoptEntry(std::move(entry)));
+  }
+}
+
+void FiltersGroup::serialize(std::string* out) const {
+  static_cast<void>(convertToFiltersGroupPB().SerializeToString(out));
+}
+
+void FiltersGroup::serialize(FiltersSerialized* out) const {
+  std::string bytes;
+  serialize(&bytes);
+  out->setData(bytes);
+}
+
+}  // namespace FiltersCommon
