@@ -435,4 +435,11 @@ FILTERS_EXPORT std::ostream& operator<<(
 FILTERS_EXPORT std::ostream& operator<<(
     std::ostream& os, const FiltersCommon::ActionDoNotLearnMac& action);
 
+// The dump operators live at global scope; this makes them reachable from
+// code inside the namespace too, where FiltersCommon's own operator<< would
+// otherwise hide them.
+namespace FiltersCommon {
+using ::operator<<;
+}  // namespace FiltersCommon
+
 #endif  // FILTERSCOMMON_FILTER_ACTIONS_H_

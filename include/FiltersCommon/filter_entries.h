@@ -264,4 +264,11 @@ filtersErr_t FiltersEntry::getAction(T& action) const {
 FILTERS_EXPORT std::ostream& operator<<(std::ostream& os,
                                         const FiltersCommon::FiltersEntry& e);
 
+// The dump operators live at global scope; this makes them reachable from
+// code inside the namespace too, where FiltersCommon's own operator<< would
+// otherwise hide them.
+namespace FiltersCommon {
+using ::operator<<;
+}  // namespace FiltersCommon
+
 #endif  // FILTERSCOMMON_FILTER_ENTRIES_H_

@@ -155,4 +155,11 @@ class FILTERS_EXPORT FiltersGroup {
 FILTERS_EXPORT std::ostream& operator<<(
     std::ostream& os, const FiltersCommon::FiltersGroup& group);
 
+// The dump operators live at global scope; this makes them reachable from
+// code inside the namespace too, where FiltersCommon's own operator<< would
+// otherwise hide them.
+namespace FiltersCommon {
+using ::operator<<;
+}  // namespace FiltersCommon
+
 #endif  // FILTERSCOMMON_FILTER_GROUPS_H_

@@ -755,4 +755,11 @@ FILTERS_DECLARE_MATCH_DUMP(MatchVirtualPortClass)
 FILTERS_DECLARE_MATCH_DUMP(MatchUnknownDestIp)
 #undef FILTERS_DECLARE_MATCH_DUMP
 
+// The dump operators live at global scope; this makes them reachable from
+// code inside the namespace too, where FiltersCommon's own operator<< would
+// otherwise hide them.
+namespace FiltersCommon {
+using ::operator<<;
+}  // namespace FiltersCommon
+
 #endif  // FILTERSCOMMON_FILTER_MATCHES_H_

@@ -197,8 +197,9 @@ FiltersEntry::FiltersEntry(const std::string& bytes) : FiltersEntry() {
   // The parse result is deliberately not examined: bytes that lack required
   // fields, or that end in a buffer's terminating zero byte (which the
   // parser reports as an error after reading every field before it), still
-  // yield the entry they describe.
-  static_cast<void>(pb.ParseFromString(bytes));
+  // yield the entry they describe. The partial parse reads exactly what a
+  // full one would, without the runtime logging the missing fields.
+  static_cast<void>(pb.ParsePartialFromString(bytes));
   convertFromFiltersEntryPB(&pb);
 }
 

@@ -1,0 +1,269 @@
+#!/usr/bin/env bash
+# Runs filters-tool against real files: every command, its help, and the
+# errors a user meets. Usage: tool_cli_test.sh PATH/TO/filters-tool WORKDIR
+set -u
+
+tool=$1
+work=$2
+rm -rf "$work"
+mkdir -p "$work"
+cd "$work" || exit 2
+
+failures=0
+checks=0
+last=""
+
+fail() {
+  echo "FAIL: $* [filters-tool $last]"
+  failures=$((failures + 1))
+}
+
+# run EXPECTED_STATUS ARGS...: runs the tool, stdout to out.txt, stderr to
+# err.txt, and checks the exit status.
+run() {
+  local expected=$1
+  shift
+  last="$*"
+  "$tool" "$@" >out.txt 2>err.txt
+  local status=$?
+  checks=$((checks + 1))
+  [[ $status == "$expected" ]] || fail "exit status $status, expected $expected"
+}
+
+# has FILE LINE: FILE holds LINE as a whole line.
+has() {
+  checks=$((checks + 1))
+  grep -qxF -- "$2" "$1" || fail "$1 lacks the line '$2'"
+}
+
+# quiet: nothing on standard error.
+quiet() {
+  checks=$((checks + 1))
+  [[ ! -s err.txt ]] || fail "unexpected stderr: $(cat err.txt)"
+}
+
+# same FILE1 FILE2: byte-identical files.
+same() {
+  checks=$((checks + 1))
+  cmp -s "$1" "$2" || fail "$1 and $2 differ"
+}
+
+# error STATUS MESSAGE ARGS...: the tool fails with STATUS, prints nothing on
+# stdout and exactly the one line MESSAGE on stderr.
+error() {
+  local status=$1 message=$2
+  shift 2
+  run "$status" "$@"
+  checks=$((checks + 1))
+  [[ ! -s out.txt ]] || fail "unexpected stdout: $(head -3 out.txt)"
+  [[ $(wc -l <err.txt) == 1 ]] || fail "stderr is not one line: $(cat err.txt)"
+  has err.txt "$message"
+}
+
+# ---- demo ----
+run 0 demo --out demo.bin
+quiet
+has out.txt "   entry 10, permit SSH from 10.0.0.0/8 on eth1 and eth2: insertEntry returned 0 (FILTERS_OK)"
+has out.txt "   entry 40, voice (UDP 5060) on VLAN 200: PCP 5, queue 5, policed to 2 Mbit/s: insertEntry returned 0 (FILTERS_OK)"
+has out.txt "   $work/demo.bin"
+has out.txt "4. Read the file back into a new group: it is equal to the group built (5 of 5 entries)."
+has out.txt "=FiltersGroup="
+has out.txt "    Stage: Ingress"
+[[ -s demo.bin ]] || fail "demo.bin was not written"
+run 0 demo
+has out.txt "   $work/filters-demo.bin"
+same filters-demo.bin demo.bin
+run 0 demo --help
+has out.txt "Usage: filters-tool demo [--out PATH]"
+
+# ---- dump ----
+run 0 dump demo.bin
+quiet
+cp out.txt demo.dump
+has demo.dump "=FiltersGroup="
+has demo.dump "  ID: 100"
+has demo.dump "    =MatchSrcIPv4="
+has demo.dump "      IP: 10.0.0.0"
+has demo.dump "    Mode: SrTcm (CIR: 2000 kbits/s, CBS: 16000 bytes, EBS: 32000 bytes)"
+last="dump - < demo.bin"
+"$tool" dump - <demo.bin >stdin.dump 2>err.txt
+quiet
+same stdin.dump demo.dump
+run 0 dump --help
+has out.txt "Usage: filters-tool dump [--entry] [--hex] FILE|-"
+
+# ---- to-json and from-json ----
+run 0 to-json demo.bin
+quiet
+cp out.txt demo.json
+has demo.json ' "id_": 100,'
+has demo.json '   "policer_": {'
+has demo.json '     "cir": 2000,'
+run 0 from-json demo.json --out back.bin
+quiet
+same back.bin demo.bin
+run 0 to-json back.bin
+same out.txt demo.json
+run 0 from-json --hex demo.json
+cp out.txt demo.hex
+has demo.hex "08 64 10 0a 18 02 20 03 2a 57 08 0a 10 64 1a 18"
+run 0 dump --hex demo.hex
+same out.txt demo.dump
+run 0 dump demo.json
+same out.txt demo.dump
+run 0 to-json --hex demo.hex
+same out.txt demo.json
+run 0 to-json --help
+has out.txt "Usage: filters-tool to-json [--entry] [--hex] FILE|-"
+run 0 from-json --help
+has out.txt "Usage: filters-tool from-json [--entry] [--hex] [--out PATH] FILE|-"
+
+# An entry on its own.
+cat >entry.json <<'EOF'
+{
+  "id_": 42,
+  "priority_": 7,
+  "policer_": {"id": 3, "stage": 0, "mode": {"type": 3, "cir": 500, "cbs": 900},
+               "actions": [{"color": 0, "type": 0}]},
+  "matches_": [{"type_": 17, "ipprotocol_": 17}],
+  "actions_": [{"type_": 1}],
+  "counters_": [{"id": 1, "type": 1}]
+}
+EOF
+run 0 from-json --entry entry.json --out entry.bin
+quiet
+run 0 dump --entry entry.bin
+has out.txt "  =FiltersEntry="
+has out.txt "    ID: 42"
+has out.txt "    Mode: Flow (CIR: 500 kbits/s, CBS: 900 bytes)"
+has out.txt "    =MatchIpProtocol="
+run 0 to-json --entry entry.bin
+cp out.txt entry2.json
+run 0 from-json --entry entry2.json --out entry2.bin
+same entry2.bin entry.bin
+
+# Policer bytes the policer would write otherwise stay as they are.
+echo "08 01 10 00 1a 00" >rawpolicer.hex
+run 0 to-json --entry --hex rawpolicer.hex
+cp out.txt rawpolicer.json
+has rawpolicer.json ' "policer_bytes_": ""'
+has err.txt "filters-tool: note: rawpolicer.hex: entry: the policer bytes are not what the policer writes for its own fields; kept as base64 in policer_bytes_"
+run 0 from-json --entry --hex rawpolicer.json
+has out.txt "08 01 10 00 1a 00"
+
+# ---- check ----
+cat >refusals.json <<'EOF'
+{
+  "id_": 7, "priority_": 3, "stage_": 2, "type_": 3,
+  "entries_": [
+    {"id_": 1, "priority_": 10, "policer_": {},
+     "matches_": [{"type_": 9, "ipv4_": "CgAAAA==", "ipv4_mask_": "/wAAAA=="}],
+     "actions_": [{"type_": 0}]},
+    {"id_": 2, "priority_": 10, "policer_": {},
+     "matches_": [{"type_": 14, "ipv6_": "IAENuAAAAAAAAAAAAAAAAQ=="}]},
+    {"id_": 3, "priority_": 10, "policer_": {},
+     "actions_": [{"type_": 6, "pcp_and_queue_": 3}]},
+    {"id_": 4, "priority_": 10,
+     "policer_": {"id": 9, "stage": 1, "mode": {"type": 3, "cir": 100, "cbs": 200}},
+     "actions_": [{"type_": 1}]},
+    {"id_": 1, "priority_": 20, "policer_": {}, "actions_": [{"type_": 1}]},
+    {"id_": 5, "priority_": 10, "policer_": {},
+     "matches_": [{"type_": 4, "mac_": "AAECAwQF"}], "actions_": [{"type_": 17}]}
+  ]
+}
+EOF
+run 1 check refusals.json
+quiet
+cp out.txt refusals.check
+has refusals.check "Group 7: stage 2, type 3, 6 entries in refusals.json"
+has refusals.check "entry 1: accepted"
+has refusals.check "entry 2: dropped, code -6 (FILTERS_ERR_MATCH_NOT_ALLOWED): match MatchSrcIPv6 (14) is not allowed in group type 3"
+has refusals.check "entry 3: dropped, code -9 (FILTERS_ERR_ACTION_NOT_ALLOWED): action ActionSetPcpAndQueue (6) is not allowed in stage 2"
+has refusals.check "entry 4: dropped, code -10 (FILTERS_ERR_POLICER_STAGE): policer stage 1 (Egress) does not fit group stage 2, which requires policer stage 0 (Ingress)"
+has refusals.check "entry 1: accepted, replaces the earlier entry 1"
+has refusals.check "entry 5: dropped, code -6 (FILTERS_ERR_MATCH_NOT_ALLOWED): match MatchDstMac (4) is not allowed in group type 3"
+has refusals.check "2 of 6 entries accepted"
+has refusals.check "of which 1 replaced an earlier entry with the same id: the group keeps 1 entry"
+run 0 from-json refusals.json --out refusals.bin
+run 1 check refusals.bin
+has out.txt "2 of 6 entries accepted"
+has out.txt "entry 3: dropped, code -9 (FILTERS_ERR_ACTION_NOT_ALLOWED): action ActionSetPcpAndQueue (6) is not allowed in stage 2"
+run 0 from-json --hex --out refusals.hex refusals.json
+run 1 check --hex refusals.hex
+has out.txt "2 of 6 entries accepted"
+last="check - < refusals.bin"
+"$tool" check - <refusals.bin >out.txt 2>err.txt
+status=$?
+[[ $status == 1 ]] || fail "exit status $status, expected 1"
+has out.txt "entry 4: dropped, code -10 (FILTERS_ERR_POLICER_STAGE): policer stage 1 (Egress) does not fit group stage 2, which requires policer stage 0 (Ingress)"
+run 0 check demo.bin
+quiet
+has out.txt "5 of 5 entries accepted"
+# dump loads the group as any receiver does, and says that entries went.
+run 0 dump refusals.bin
+has out.txt "  ID: 7"
+has err.txt "filters-tool: note: refusals.bin: the message holds 6 entries, the group keeps 1; 'filters-tool check refusals.bin' says why"
+run 0 check --help
+has out.txt "Usage: filters-tool check [--hex] FILE|-"
+
+# ---- caps ----
+run 0 caps
+quiet
+has out.txt "Stage 2 (FILTERS_STAGE_INGRESS)"
+has out.txt "Type 14 (FILTERS_TYPE_UNKNOWN_DEST)"
+run 0 caps --stage 1
+has out.txt "  group types (3): 0 4 6"
+has out.txt "  policer: only a policer without stage (2, None)"
+has out.txt "    18 ActionMplsPortSet"
+run 0 caps --type=8
+has out.txt "  allowed in stages: 0 2"
+has out.txt "  match kinds (3):"
+has out.txt "    27 MatchVrfId"
+run 0 caps --stage 3 --type 3
+has out.txt "  policer: policer stage 1 (Egress), or a policer without stage (2, None)"
+has out.txt "Type 3 in stage 3: not allowed (code -7, FILTERS_ERR_TYPE_NOT_IN_STAGE)"
+run 0 caps --type 4
+has out.txt "    20 MatchToS (and MatchDSCP)"
+run 0 caps --help
+has out.txt "Usage: filters-tool caps [--stage S] [--type T]"
+
+# ---- help ----
+run 0 --help
+has out.txt "Usage: filters-tool COMMAND [OPTIONS] [FILE|-]"
+has out.txt "  check      report every entry a group would drop, and why"
+
+# ---- errors: one line on stderr, status 2 ----
+printf '{"id_": 1,' >truncated.json
+printf '{"id_": 1, "bogus": 2}' >bogus.json
+printf '08 64 10 0z' >bad.hex
+printf '\xff\xff\xff' >garbage.bin
+: >empty.bin
+cat >mpls.json <<'EOF'
+{"id_": 1, "priority_": 0, "stage_": 1, "type_": 0,
+ "entries_": [{"id_": 1, "priority_": 0, "policer_": {}, "actions_": [{"type_": 18}]}]}
+EOF
+run 0 from-json mpls.json --out mpls.bin
+
+error 2 "filters-tool: missing COMMAND (see 'filters-tool --help')"
+error 2 "filters-tool: unknown command 'frobnicate' (see 'filters-tool --help')" frobnicate
+error 2 "filters-tool: dump: unknown option '--bogus' (see 'filters-tool dump --help')" dump --bogus demo.bin
+error 2 "filters-tool: dump: missing FILE (- reads standard input) (see 'filters-tool dump --help')" dump
+error 2 "filters-tool: check: unexpected argument 'more.bin' (see 'filters-tool check --help')" check demo.bin more.bin
+error 2 "filters-tool: caps: option --stage needs a value" caps --stage
+error 2 "filters-tool: caps: --type needs a number, not 'ten'" caps --type ten
+error 2 "filters-tool: caps: stage 7 is unknown; the stages are 0 to 3" caps --stage 7
+error 2 "filters-tool: cannot read missing.bin: No such file or directory" dump missing.bin
+error 2 "filters-tool: cannot read missing.json: No such file or directory" from-json missing.json
+error 2 "filters-tool: truncated.json: unreadable JSON: Unexpected end of string. Expected an object key or }." to-json truncated.json
+error 2 "filters-tool: bogus.json: unreadable JSON: bogus: Cannot find field." from-json --hex bogus.json
+error 2 "filters-tool: demo.bin: not JSON (it does not start with '{')" from-json demo.bin
+error 2 "filters-tool: bad.hex: bad hex digit 'z' at offset 10" dump --hex bad.hex
+error 2 "filters-tool: demo.hex: this looks like hex text; add --hex to read it" check demo.hex
+error 2 "filters-tool: garbage.bin: not a FiltersGroupPB message (the bytes do not parse; use --hex for hex text)" dump garbage.bin
+error 2 "filters-tool: empty.bin: empty input" to-json empty.bin
+error 2 "filters-tool: cannot write no-such-dir/x.bin: No such file or directory" from-json --out no-such-dir/x.bin demo.json
+error 2 "filters-tool: mpls.bin: entries_[0] (entry 1): ActionMplsPortSet: ActionPB missing vpn_id and mpls_access_port; the library cannot load this group at all" check mpls.bin
+error 2 "filters-tool: the library refused the input: ActionMplsPortSet: ActionPB missing vpn_id and mpls_access_port" dump mpls.bin
+
+echo "$checks checks, $failures failures"
+[[ $failures == 0 ]]
