@@ -1,8 +1,8 @@
 // Loading, writing and printing large groups: the paths the process that
 // programs the hardware runs for every table it receives.
+#include <arpa/inet.h>
 #include <benchmark/benchmark.h>
 #include <netinet/ether.h>
-#include <arpa/inet.h>
 
 #include <list>
 #include <sstream>
@@ -39,10 +39,10 @@ FiltersGroup MakeGroup(int n) {
                           : static_cast<const Action&>(ActionPermit()));
     entry.setAction(ActionMapToCosQueue(static_cast<unsigned char>(i % 8)));
     entry.setCounter(Counter(1, static_cast<counter_type_t>(1)));
-    entry.setPolicer(policer::Policer(static_cast<uint32_t>(i),
-                                      policer::STAGE_INGRESS,
-                                      policer::Mode::SrTcm(1000, 2000, 3000),
-                                      {policer::Action::Drop(policer::COLOR_RED)}));
+    entry.setPolicer(
+        policer::Policer(static_cast<uint32_t>(i), policer::STAGE_INGRESS,
+                         policer::Mode::SrTcm(1000, 2000, 3000),
+                         {policer::Action::Drop(policer::COLOR_RED)}));
     group.insertEntry(entry);
   }
   return group;
@@ -64,7 +64,10 @@ void BM_GroupLoadFromBytes(benchmark::State& state) {
   state.SetBytesProcessed(state.iterations() *
                           static_cast<int64_t>(bytes.size()));
 }
-BENCHMARK(BM_GroupLoadFromBytes)->Arg(1000)->Arg(10000)->Arg(50000)
+BENCHMARK(BM_GroupLoadFromBytes)
+    ->Arg(1000)
+    ->Arg(10000)
+    ->Arg(50000)
     ->Unit(benchmark::kMillisecond);
 
 // The straightforward load through the public API: build each entry, then
@@ -86,7 +89,10 @@ void BM_GroupLoadByInsertEntry(benchmark::State& state) {
   }
   state.SetItemsProcessed(state.iterations() * state.range(0));
 }
-BENCHMARK(BM_GroupLoadByInsertEntry)->Arg(1000)->Arg(10000)->Arg(50000)
+BENCHMARK(BM_GroupLoadByInsertEntry)
+    ->Arg(1000)
+    ->Arg(10000)
+    ->Arg(50000)
     ->Unit(benchmark::kMillisecond);
 
 void BM_GroupSerialize(benchmark::State& state) {

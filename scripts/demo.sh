@@ -8,6 +8,13 @@ cd "$(dirname "$0")/.."
 bash scripts/deps.sh
 
 jobs=$(nproc 2>/dev/null || echo 2)
-cmake -S . -B build -DCMAKE_BUILD_TYPE=RelWithDebInfo >/dev/null
-cmake --build build -j "$jobs" --target filters-tool >/dev/null
+log=build/demo-build.log
+mkdir -p build
+echo "Building filters-tool in build/ (log: $log) ..."
+if ! { cmake -S . -B build -DCMAKE_BUILD_TYPE=RelWithDebInfo &&
+       cmake --build build -j "$jobs" --target filters-tool; } >"$log" 2>&1; then
+  cat "$log" >&2
+  echo "demo: the build failed; the log is above" >&2
+  exit 1
+fi
 exec build/tools/filters-tool demo "$@"
