@@ -8,6 +8,8 @@
 #include <string>
 #include <utility>
 
+#include <google/protobuf/arena.h>
+
 #include "FiltersCommon/filter_groups.h"
 #include "FiltersCommon/filter_serialized.h"
 #include "filter_entries.pb.h"
@@ -21,13 +23,29 @@ namespace {
 // byte, for one, always fails the parse after the last field. Missing
 // required fields are not looked for either: the partial parse skips a walk
 // over every entry, and the runtime's log line, only to ignore the answer.
+// The message lives on an arena: a large group is tens of thousands of small
+// messages, which are then released at once instead of one by one.
 void LoadGroup(FiltersGroup* group, const char* data, uint64_t size) {
-  FiltersGroupPB message;
+  google::protobuf::Arena arena;
+  auto* message =
+      google::protobuf::Arena::CreateMessage<FiltersGroupPB>(&arena);
   if (size != 0) {
     static_cast<void>(
-        message.ParsePartialFromArray(data, static_cast<int>(size)));
+        message->ParsePartialFromArray(data, static_cast<int>(size)));
   }
-  group->convertFromFiltersGroupPB(&message);
+  group->convertFromFiltersGroupPB(message);
+}
+
+void FillGroupMessage(const FiltersGroup& group, FiltersGroupPB* message) {
+  message->set_id_(group.getId());
+  message->set_priority_(group.getPriority());
+  message->set_stage_(static_cast<uint32_t>(group.getStage()));
+  message->set_type_(static_cast<uint32_t>(group.getType()));
+  const auto& entries = group.getEntriesRef();
+  message->mutable_entries_()->Reserve(static_cast<int>(entries.size()));
+  for (const auto& held : entries) {
+    held.second.convertToFiltersEntryPB(message->add_entries_());
+  }
 }
 
 }  // namespace
@@ -47,14 +65,7 @@ FiltersGroup::FiltersGroup(FiltersSerialized& buffer)
 
 FiltersGroupPB FiltersGroup::convertToFiltersGroupPB() const {
   FiltersGroupPB message;
-  message.set_id_(id_);
-  message.set_priority_(priority_);
-  message.set_stage_(static_cast<uint32_t>(stage_));
-  message.set_type_(static_cast<uint32_t>(type_));
-  message.mutable_entries_()->Reserve(static_cast<int>(entries_.size()));
-  for (const auto& held : entries_) {
-    held.second.convertToFiltersEntryPB(message.add_entries_());
-  }
+  FillGroupMessage(*this, &message);
   return message;
 }
 
@@ -75,7 +86,11 @@ void FiltersGroup::convertFromFiltersGroupPB(const FiltersGroupPB* message) {
 }
 
 void FiltersGroup::serialize(std::string* out) const {
-  static_cast<void>(convertToFiltersGroupPB().SerializeToString(out));
+  google::protobuf::Arena arena;
+  auto* message =
+      google::protobuf::Arena::CreateMessage<FiltersGroupPB>(&arena);
+  FillGroupMessage(*this, message);
+  static_cast<void>(message->SerializeToString(out));
 }
 
 void FiltersGroup::serialize(FiltersSerialized* out) const {
