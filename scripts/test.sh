@@ -23,6 +23,9 @@ run_suite() {
 run_suite build
 
 if [[ "${CI:-}" == "true" ]]; then
+  if command -v clang-format >/dev/null; then
+    bash scripts/lint.sh
+  fi
   # Any sanitizer report fails the run: the sanitizers abort on the first one.
   export ASAN_OPTIONS=abort_on_error=1:detect_leaks=1
   export UBSAN_OPTIONS=halt_on_error=1:print_stacktrace=1
