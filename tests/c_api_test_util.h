@@ -13,6 +13,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <ostream>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -91,6 +92,9 @@ struct Guard {
   const char* expression;
   const char* file = nullptr;
 };
+
+// Names a guard in test listings by its function rather than by its bytes.
+inline void PrintTo(const Guard& guard, std::ostream* os) { *os << guard.name; }
 
 // The guards of one source file, as test parameters.
 inline std::vector<Guard> GuardsOf(const char* file,
