@@ -234,6 +234,7 @@ class FILTERS_EXPORT MatchIngressPorts : public MatchPorts {
   void convertFromMatchPB(MatchPB const* pb) override;
 };
 
+// Packets whose outer VLAN id is in the set.
 class FILTERS_EXPORT MatchExternalVlanId : public MatchVlanId {
  public:
   explicit MatchExternalVlanId(std::set<uint16_t> const& vlanIds)
@@ -242,6 +243,8 @@ class FILTERS_EXPORT MatchExternalVlanId : public MatchVlanId {
       : MatchVlanId(FILTERS_MATCH_EXTERNAL_VLAN_ID, {vlanId}) {}
 };
 
+// Packets whose outer tag carries the tag protocol identifier. Its dump
+// leaves the stream in hexadecimal.
 class FILTERS_EXPORT MatchTPID : public Match {
  public:
   explicit MatchTPID(uint16_t tpid) : Match(FILTERS_MATCH_TPID), tpid_(tpid) {}
@@ -256,6 +259,7 @@ class FILTERS_EXPORT MatchTPID : public Match {
   uint16_t tpid_;
 };
 
+// Destination MAC address under a mask.
 class FILTERS_EXPORT MatchDstMac : public MatchMac {
  public:
   explicit MatchDstMac(ether_addr mac) : MatchMac(FILTERS_MATCH_DST_MAC, mac) {}
@@ -285,6 +289,7 @@ class FILTERS_EXPORT MatchSrcL4Port : public MatchL4Port {
   void convertFromMatchPB(MatchPB const* pb) override;
 };
 
+// Source MAC address under a mask.
 class FILTERS_EXPORT MatchSrcMac : public MatchMac {
  public:
   explicit MatchSrcMac(ether_addr mac) : MatchMac(FILTERS_MATCH_SRC_MAC, mac) {}
@@ -292,6 +297,7 @@ class FILTERS_EXPORT MatchSrcMac : public MatchMac {
       : MatchMac(FILTERS_MATCH_SRC_MAC, mac, mask) {}
 };
 
+// How the L2 table holds the packet's source MAC.
 class FILTERS_EXPORT MatchL2SrcEntryType : public Match {
  public:
   explicit MatchL2SrcEntryType(l2SrcEntryType_t entryType)
@@ -307,6 +313,7 @@ class FILTERS_EXPORT MatchL2SrcEntryType : public Match {
   l2SrcEntryType_t entryType_;
 };
 
+// Source IPv4 address under a mask.
 class FILTERS_EXPORT MatchSrcIPv4 : public MatchIPv4 {
  public:
   explicit MatchSrcIPv4(in_addr ip) : MatchIPv4(FILTERS_MATCH_SRC_IPV4, ip) {}
@@ -314,6 +321,7 @@ class FILTERS_EXPORT MatchSrcIPv4 : public MatchIPv4 {
       : MatchIPv4(FILTERS_MATCH_SRC_IPV4, ip, mask) {}
 };
 
+// Destination IPv4 address under a mask.
 class FILTERS_EXPORT MatchDstIPv4 : public MatchIPv4 {
  public:
   explicit MatchDstIPv4(in_addr ip) : MatchIPv4(FILTERS_MATCH_DST_IPV4, ip) {}
@@ -321,6 +329,7 @@ class FILTERS_EXPORT MatchDstIPv4 : public MatchIPv4 {
       : MatchIPv4(FILTERS_MATCH_DST_IPV4, ip, mask) {}
 };
 
+// Packets whose internal VLAN id is in the set.
 class FILTERS_EXPORT MatchInternalVlanId : public MatchVlanId {
  public:
   explicit MatchInternalVlanId(std::set<uint16_t> const& vlanIds)
@@ -372,6 +381,7 @@ class FILTERS_EXPORT MatchSrcIPv6 : public MatchIPv6 {
   explicit MatchSrcIPv6(in6_addr ip) : MatchIPv6(FILTERS_MATCH_SRC_IPV6, ip) {}
 };
 
+// Destination IPv6 address under a mask.
 class FILTERS_EXPORT MatchDstIPv6 : public MatchIPv6 {
  public:
   explicit MatchDstIPv6(in6_addr ip) : MatchIPv6(FILTERS_MATCH_DST_IPV6, ip) {}
@@ -395,6 +405,7 @@ class FILTERS_EXPORT MatchVlanTagging : public Match {
   vlan_tagging_t tagging_;
 };
 
+// The IP protocol number.
 class FILTERS_EXPORT MatchIpProtocol : public Match {
  public:
   explicit MatchIpProtocol(uint8_t protocol)
@@ -410,6 +421,7 @@ class FILTERS_EXPORT MatchIpProtocol : public Match {
   uint8_t protocol_;
 };
 
+// The packet class the switch resolved.
 class FILTERS_EXPORT MatchPacketRes : public Match {
  public:
   explicit MatchPacketRes(en_Resolution resolution)
@@ -425,6 +437,7 @@ class FILTERS_EXPORT MatchPacketRes : public Match {
   en_Resolution resolution_;
 };
 
+// Whether the switch terminated the packet's MPLS label.
 class FILTERS_EXPORT MatchMplsTerm : public Match {
  public:
   explicit MatchMplsTerm(bool terminated)
@@ -468,6 +481,7 @@ class FILTERS_EXPORT MatchDSCP : public MatchToS {
   bool operator==(MatchDSCP const& other) const;
 };
 
+// Packets of one virtual port.
 class FILTERS_EXPORT MatchVirtualPort : public MatchLimId {
  public:
   explicit MatchVirtualPort(limid_t limId)
@@ -484,6 +498,7 @@ class FILTERS_EXPORT MatchEgressPorts : public MatchPorts {
   void convertFromMatchPB(MatchPB const* pb) override;
 };
 
+// The spanning-tree state of the ingress port.
 class FILTERS_EXPORT MatchIngressStpState : public Match {
  public:
   explicit MatchIngressStpState(en_StpState state)
@@ -499,6 +514,7 @@ class FILTERS_EXPORT MatchIngressStpState : public Match {
   en_StpState state_;
 };
 
+// The SVC and protocol-to-CPU VLAN types of the packet.
 class FILTERS_EXPORT MatchVlanInfo : public Match {
  public:
   explicit MatchVlanInfo(vlan_info_t vlanInfo)
@@ -514,6 +530,7 @@ class FILTERS_EXPORT MatchVlanInfo : public Match {
   vlan_info_t vlanInfo_;
 };
 
+// Packets from one source port; the port can be replaced.
 class FILTERS_EXPORT MatchSrcPort : public MatchLimId {
  public:
   explicit MatchSrcPort(limid_t limId)
@@ -521,6 +538,7 @@ class FILTERS_EXPORT MatchSrcPort : public MatchLimId {
   void setSrcPort(limid_t limId) { setLimId(limId); }
 };
 
+// The IP time-to-live.
 class FILTERS_EXPORT MatchTTL : public Match {
  public:
   explicit MatchTTL(uint8_t ttl) : Match(FILTERS_MATCH_TTL), ttl_(ttl) {}
@@ -535,6 +553,7 @@ class FILTERS_EXPORT MatchTTL : public Match {
   uint8_t ttl_;
 };
 
+// The VRF the packet is routed in; the id can be replaced.
 class FILTERS_EXPORT MatchVrfId : public Match {
  public:
   explicit MatchVrfId(uint16_t vrfId)
@@ -551,6 +570,7 @@ class FILTERS_EXPORT MatchVrfId : public Match {
   uint16_t vrfId_;
 };
 
+// Whether an earlier stage decided to drop the packet.
 class FILTERS_EXPORT MatchDrop : public Match {
  public:
   explicit MatchDrop(bool dropFlag)
@@ -583,6 +603,7 @@ class FILTERS_EXPORT MatchMyStationHit : public Match {
   bool hitFlag_;
 };
 
+// Packets of the CPU port; no parameters.
 class FILTERS_EXPORT MatchCpuPort : public Match {
  public:
   MatchCpuPort() : Match(FILTERS_MATCH_CPU_PORT) {}
@@ -590,6 +611,7 @@ class FILTERS_EXPORT MatchCpuPort : public Match {
   virtual bool operator==(MatchCpuPort const& other) const;
 };
 
+// How the packet is being forwarded.
 class FILTERS_EXPORT MatchForwardingType : public Match {
  public:
   explicit MatchForwardingType(en_ForwardingType fwdType)
@@ -605,6 +627,7 @@ class FILTERS_EXPORT MatchForwardingType : public Match {
   en_ForwardingType fwdType_;
 };
 
+// Packets bound for the CPU; no parameters.
 class FILTERS_EXPORT MatchDestinationCpu : public Match {
  public:
   MatchDestinationCpu() : Match(FILTERS_MATCH_DESTINATION_CPU) {}
@@ -612,6 +635,7 @@ class FILTERS_EXPORT MatchDestinationCpu : public Match {
   bool operator==(MatchDestinationCpu const& other) const;
 };
 
+// Whether the CPU injected the packet.
 class FILTERS_EXPORT MatchCPUInjectedPackets : public Match {
  public:
   explicit MatchCPUInjectedPackets(bool injected)
@@ -642,6 +666,8 @@ class FILTERS_EXPORT MatchDstL4PortRange : public MatchL4Port {
   virtual bool operator==(MatchDstL4PortRange const& other) const;
 };
 
+// Whether the destination MAC was found in the L2 table (wire field
+// `hit_flag_`, as MatchMyStationHit).
 class FILTERS_EXPORT MatchL2DestHit : public Match {
  public:
   explicit MatchL2DestHit(bool hitFlag)
@@ -657,6 +683,8 @@ class FILTERS_EXPORT MatchL2DestHit : public Match {
   bool hitFlag_;
 };
 
+// Whether the source address hit a route (wire field `hit_flag_`, as
+// MatchMyStationHit).
 class FILTERS_EXPORT MatchL3SrcRouteHit : public Match {
  public:
   explicit MatchL3SrcRouteHit(bool hitFlag)
@@ -672,6 +700,7 @@ class FILTERS_EXPORT MatchL3SrcRouteHit : public Match {
   bool hitFlag_;
 };
 
+// The class id of the packet's virtual port.
 class FILTERS_EXPORT MatchVirtualPortClass : public Match {
  public:
   explicit MatchVirtualPortClass(uint32_t classId)
@@ -687,6 +716,7 @@ class FILTERS_EXPORT MatchVirtualPortClass : public Match {
   uint32_t classId_;
 };
 
+// Packets whose destination IP is unknown to the switch; no parameters.
 class FILTERS_EXPORT MatchUnknownDestIp : public Match {
  public:
   MatchUnknownDestIp() : Match(FILTERS_MATCH_UNKNOWN_DEST_IP) {}

@@ -6,6 +6,19 @@
 #include "common/kinds.h"
 #include "filter_actions.pb.h"
 
+// The kinds without parameters. Their dump needs nothing but the kind, so
+// any action of such a kind, even a bare Action built with its value, dumps
+// as that kind.
+#define FILTERS_FOR_EACH_PARAMETERLESS_ACTION(X) \
+  X(ActionPermit)                                \
+  X(ActionDeny)                                  \
+  X(ActionCopyToCpu)                             \
+  X(ActionRedirectCancel)                        \
+  X(ActionBlackHole)                             \
+  X(ActionCopyInnerPcp)                          \
+  X(ActionL2ToCpuDrop)                           \
+  X(ActionDoNotLearnMac)
+
 namespace FiltersCommon {
 
 Action::Action(filtersAction_t type) : type_(type) {}
@@ -70,14 +83,27 @@ bool equalAs(const Action& a, const Action& b) {
   return x == nullptr || y == nullptr || *x == *y;
 }
 
-// Dumps `action` through its kind's operator<<; an object that is not of
-// that class has no parameters to show and writes nothing.
+template <class Kind>
+constexpr bool kParameterless = false;
+#define FILTERS_PARAMETERLESS(Kind) \
+  template <>                       \
+  constexpr bool kParameterless<Kind> = true;
+FILTERS_FOR_EACH_PARAMETERLESS_ACTION(FILTERS_PARAMETERLESS)
+#undef FILTERS_PARAMETERLESS
+
+// Dumps `action` through its kind's operator<<. A kind without parameters
+// needs only the kind value; for the others, an object that is not of the
+// kind's class has no parameters to show and writes nothing.
 template <class Kind>
 std::ostream& dumpAs(std::ostream& os, const Action& action) {
-  if (const auto* kind = dynamic_cast<const Kind*>(&action)) {
-    ::operator<<(os, *kind);
+  if constexpr (kParameterless<Kind>) {
+    return action_dump::writeParameterless(os, action);
+  } else {
+    if (const auto* kind = dynamic_cast<const Kind*>(&action)) {
+      ::operator<<(os, *kind);
+    }
+    return os;
   }
-  return os;
 }
 
 // Any port list of kind 3 dumps as ActionBlockEgressPorts, including an
@@ -132,13 +158,6 @@ std::ostream& operator<<(std::ostream& os,
                            const FiltersCommon::Kind& action) { \
     return writeParameterless(os, action);                      \
   }
-
-FILTERS_PARAMETERLESS_DUMP(ActionPermit)
-FILTERS_PARAMETERLESS_DUMP(ActionDeny)
-FILTERS_PARAMETERLESS_DUMP(ActionCopyToCpu)
-FILTERS_PARAMETERLESS_DUMP(ActionRedirectCancel)
-FILTERS_PARAMETERLESS_DUMP(ActionBlackHole)
-FILTERS_PARAMETERLESS_DUMP(ActionCopyInnerPcp)
-FILTERS_PARAMETERLESS_DUMP(ActionL2ToCpuDrop)
-FILTERS_PARAMETERLESS_DUMP(ActionDoNotLearnMac)
+FILTERS_FOR_EACH_PARAMETERLESS_ACTION(FILTERS_PARAMETERLESS_DUMP)
 #undef FILTERS_PARAMETERLESS_DUMP
+#undef FILTERS_FOR_EACH_PARAMETERLESS_ACTION

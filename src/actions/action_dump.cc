@@ -1,3 +1,5 @@
+// The parts every action dump shares: the header with the class name that
+// the kind value names, the parameterless body and interface names.
 #include "actions/action_dump.h"
 
 #include "common/kinds.h"

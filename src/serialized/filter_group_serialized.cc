@@ -59,8 +59,9 @@ FiltersGroup::FiltersGroup(const std::string& bytes)
 // copying a large group into a string first.
 FiltersGroup::FiltersGroup(FiltersSerialized& buffer)
     : FiltersGroup(filtersGroupId_t{0}) {
-  const uint64_t size = buffer.size();
-  LoadGroup(this, size == 0 ? nullptr : buffer.data(), size);
+  // A buffer without data reads as empty bytes, whatever size it reports.
+  const char* data = buffer.data();
+  LoadGroup(this, data, data == nullptr ? 0 : buffer.size());
 }
 
 FiltersGroupPB FiltersGroup::convertToFiltersGroupPB() const {
