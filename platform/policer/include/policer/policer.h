@@ -15,11 +15,14 @@
 
 namespace policer {
 
+// The enumerations are plain and held in 32 signed bits, so any number a
+// caller or a peer stores in one is a valid value of it.
+
 // Where in the pipeline the policer meters.
-enum Stage { STAGE_INGRESS = 0, STAGE_EGRESS = 1, STAGE_NONE = 2 };
+enum Stage : int32_t { STAGE_INGRESS = 0, STAGE_EGRESS = 1, STAGE_NONE = 2 };
 
 // The metering algorithm.
-enum ModeType {
+enum ModeType : int32_t {
   MODE_SRTCM = 0,
   MODE_TRTCM = 1,
   MODE_TRTCM_DS = 2,
@@ -28,10 +31,14 @@ enum ModeType {
 };
 
 // The colour a meter gives a packet.
-enum Color { COLOR_RED = 0, COLOR_YELLOW = 1, COLOR_GREEN = 2 };
+enum Color : int32_t { COLOR_RED = 0, COLOR_YELLOW = 1, COLOR_GREEN = 2 };
 
 // What an Action does to a packet of its colour.
-enum ActionType { ACTION_DROP = 0, ACTION_SET_PCP = 1, ACTION_SET_DSCP = 2 };
+enum ActionType : int32_t {
+  ACTION_DROP = 0,
+  ACTION_SET_PCP = 1,
+  ACTION_SET_DSCP = 2
+};
 
 // A metering mode and its six rate and burst parameters. Parameters a mode
 // does not use are 0.
