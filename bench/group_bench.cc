@@ -95,6 +95,19 @@ BENCHMARK(BM_GroupLoadByInsertEntry)
     ->Arg(50000)
     ->Unit(benchmark::kMillisecond);
 
+// One entry read from its bytes, the unit of work of every group load.
+void BM_EntryLoadFromBytes(benchmark::State& state) {
+  const FiltersGroup group = MakeGroup(1);
+  std::string bytes;
+  group.getEntriesRef().begin()->second.serialize(&bytes);
+  for (auto _ : state) {
+    FiltersEntry entry(bytes);
+    benchmark::DoNotOptimize(entry);
+  }
+  state.SetItemsProcessed(state.iterations());
+}
+BENCHMARK(BM_EntryLoadFromBytes);
+
 void BM_GroupSerialize(benchmark::State& state) {
   const FiltersGroup group = MakeGroup(static_cast<int>(state.range(0)));
   for (auto _ : state) {
