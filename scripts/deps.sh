@@ -19,6 +19,13 @@ if ((${#missing[@]})); then
   sudo_cmd=()
   [[ $(id -u) -ne 0 ]] && sudo_cmd=(sudo)
   export DEBIAN_FRONTEND=noninteractive
-  "${sudo_cmd[@]}" apt-get update -q
-  "${sudo_cmd[@]}" apt-get install -y -q --no-install-recommends "${missing[@]}"
+  log=$(mktemp -t filters-apt.XXXXXX)
+  if ! { "${sudo_cmd[@]}" apt-get update -qq &&
+         "${sudo_cmd[@]}" apt-get install -y -qq --no-install-recommends \
+           "${missing[@]}"; } >"$log" 2>&1; then
+    cat "$log" >&2
+    echo "deps: apt-get failed; its output is above" >&2
+    exit 1
+  fi
+  rm -f "$log"
 fi

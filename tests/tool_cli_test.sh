@@ -72,6 +72,7 @@ has out.txt "    Stage: Ingress"
 [[ -s demo.bin ]] || fail "demo.bin was not written"
 run 0 demo
 has out.txt "   $work/filters-demo.bin"
+has out.txt "Next: $tool check ./filters-demo.bin"
 same filters-demo.bin demo.bin
 run 0 demo --help
 has out.txt "Usage: filters-tool demo [--out PATH]"
@@ -263,7 +264,167 @@ error 2 "filters-tool: garbage.bin: not a FiltersGroupPB message (the bytes do n
 error 2 "filters-tool: empty.bin: empty input" to-json empty.bin
 error 2 "filters-tool: cannot write no-such-dir/x.bin: No such file or directory" from-json --out no-such-dir/x.bin demo.json
 error 2 "filters-tool: mpls.bin: entries_[0] (entry 1): ActionMplsPortSet: ActionPB missing vpn_id and mpls_access_port; the library cannot load this group at all" check mpls.bin
-error 2 "filters-tool: the library refused the input: ActionMplsPortSet: ActionPB missing vpn_id and mpls_access_port" dump mpls.bin
+error 2 "filters-tool: mpls.bin: the library cannot load this: ActionMplsPortSet: ActionPB missing vpn_id and mpls_access_port" dump mpls.bin
+error 2 "filters-tool: cannot read .: Is a directory" check .
+error 2 "filters-tool: cannot read .: Is a directory" from-json .
+printf '[1, 2]' >array.json
+error 2 "filters-tool: array.json: unreadable JSON: Root element must be a message." to-json array.json
+
+# An entry where a group is read, and the reverse, in bytes and in JSON.
+error 2 "filters-tool: demo.bin: this holds a group (FiltersGroupPB), not one entry; leave out --entry" dump --entry demo.bin
+error 2 "filters-tool: demo.json: this JSON holds a group (FiltersGroupPB), not one entry; leave out --entry" from-json --entry demo.json
+error 2 "filters-tool: entry.bin: this holds one entry (FiltersEntryPB), not a group; use --entry (check takes groups only)" check entry.bin
+error 2 "filters-tool: entry.json: this JSON holds one entry (FiltersEntryPB), not a group; use --entry (check takes groups only)" to-json entry.json
+
+# Standard input is named as such.
+last="check - < empty.bin"
+"$tool" check - <empty.bin >out.txt 2>err.txt
+status=$?
+[[ $status == 2 ]] || fail "exit status $status, expected 2"
+has err.txt "filters-tool: standard input: empty input"
+
+# Output that cannot be written is an error, not a silent success.
+if [[ -w /dev/full ]]; then
+  for command in "caps" "dump demo.bin" "to-json demo.bin" "check demo.bin"; do
+    last="$command > /dev/full"
+    # shellcheck disable=SC2086  # the command's words are meant to split
+    "$tool" $command >/dev/full 2>err.txt
+    status=$?
+    [[ $status == 2 ]] || fail "exit status $status, expected 2"
+    [[ $(wc -l <err.txt) == 1 ]] || fail "stderr is not one line: $(cat err.txt)"
+    has err.txt "filters-tool: cannot write to standard output"
+  done
+fi
+
+# ---- hex and JSON as people write them ----
+tr 'a-f' 'A-F' <demo.hex >upper.hex
+run 0 dump --hex upper.hex
+same out.txt demo.dump
+sed 's/\([0-9a-f][0-9a-f]\)/0x\1/g' demo.hex >prefixed.hex
+run 0 dump --hex prefixed.hex
+same out.txt demo.dump
+{ printf '0x'; tr -d ' \n' <demo.hex; } >run.hex
+run 0 to-json --hex run.hex
+quiet
+same out.txt demo.json
+{ printf '\xef\xbb\xbf'; cat demo.json; } >bom.json
+run 0 dump bom.json
+quiet
+same out.txt demo.dump
+# --hex does not stop JSON from being read as JSON.
+run 0 check --hex demo.json
+has out.txt "5 of 5 entries accepted"
+printf '{"id_": 5}' >partial.json
+run 0 check partial.json
+has err.txt "filters-tool: note: partial.json: the FiltersGroupPB message lacks required fields (priority_, stage_, type_); the library reads them as 0"
+has out.txt "Group 5: stage 0, type 0, 0 entries in partial.json"
+
+# A match without its required kind prints as read, with a note; as JSON it
+# cannot be read back, which the error says.
+echo "08 01 10 00 18 00 20 01 2a 0a 08 01 10 00 1a 00 22 02 10 05" >notype.hex
+run 0 to-json --hex notype.hex
+cp out.txt notype.json
+has notype.json '     "ports_": ['
+has err.txt "filters-tool: note: notype.hex: the FiltersGroupPB message lacks required fields (entries_[0].matches_[0].type_); the library reads them as 0"
+error 2 "filters-tool: notype.json: unreadable JSON: (entries_[0].matches_[0]): missing field type_" from-json --hex notype.json
+
+# ---- every refusal code a group gives on insertion ----
+# Group 70000 keeps its low 16 bits, 4464. Entry 1's IPv4 match goes under
+# the entry's own rules (an IPv6 match came first); of MatchDstMac (4),
+# MatchSrcMac (7) and MatchSrcIPv6 (14) the lowest is named. Entry 4 comes
+# twice: the second is refused, so the group keeps the first.
+cat >codes.json <<'END'
+{"id_": 70000, "priority_": 3, "stage_": 2, "type_": 3,
+ "entries_": [
+  {"id_": 1, "priority_": 1, "policer_": {},
+   "matches_": [{"type_": 14}, {"type_": 7}, {"type_": 4}, {"type_": 9}],
+   "actions_": [{"type_": 6}]},
+  {"id_": 2, "priority_": 1, "policer_": {}, "matches_": [{"type_": 9}],
+   "actions_": [{"type_": 18, "vpn_id": 19, "mpls_access_port": 17},
+                {"type_": 7}, {"type_": 17}]},
+  {"id_": 3, "priority_": 1, "policer_": {"stage": 1}, "actions_": [{"type_": 1}]},
+  {"id_": 4, "priority_": 1, "policer_": {"stage": 0},
+   "policer_parent_": {"stage": 1}},
+  {"id_": 4, "priority_": 2, "policer_": {}, "matches_": [{"type_": 38}]},
+  {"id_": 5, "priority_": 1, "policer_": {}, "matches_": [{"type_": 9}, {"type_": 15}]},
+  {"id_": 5, "priority_": 3, "policer_": {}}
+ ]}
+END
+rules="(IPv4 beside IPv6 addresses, or a destination port beside a port range)"
+run 1 check codes.json
+quiet
+cat >expected.txt <<END
+Group 4464: stage 2, type 3, 7 entries in codes.json
+entry 1: note: match MatchSrcIPv4 (9) is dropped by the entry's own rules $rules
+entry 1: dropped, code -6 (FILTERS_ERR_MATCH_NOT_ALLOWED): match MatchDstMac (4) is not allowed in group type 3
+entry 2: dropped, code -9 (FILTERS_ERR_ACTION_NOT_ALLOWED): action ActionSetInnerPcp (7) is not allowed in stage 2
+entry 3: dropped, code -10 (FILTERS_ERR_POLICER_STAGE): policer stage 1 (Egress) does not fit group stage 2, which requires policer stage 0 (Ingress)
+entry 4: accepted
+entry 4: dropped, code -6 (FILTERS_ERR_MATCH_NOT_ALLOWED): match MatchUnknownDestIp (38) is not allowed in group type 3
+entry 5: note: match MatchDstIPv6 (15) is dropped by the entry's own rules $rules
+entry 5: accepted
+entry 5: accepted, replaces the earlier entry 5
+3 of 7 entries accepted
+of which 1 replaced an earlier entry with the same id: the group keeps 2 entries
+END
+same out.txt expected.txt
+# The same group with type 20, which no table knows: -4 for every entry.
+sed 's/"type_": 3,/"type_": 20,/' codes.json >type20.json
+run 1 check type20.json
+has out.txt "note: stage 2 does not allow type 20 (code -7, FILTERS_ERR_TYPE_NOT_IN_STAGE); the loader keeps both as read all the same"
+has out.txt "entry 3: dropped, code -4 (FILTERS_ERR_INVALID): group type 20 is unknown"
+checks=$((checks + 1))
+[[ $(grep -c "dropped, code -4 (FILTERS_ERR_INVALID): group type 20 is unknown" out.txt) == 7 ]] ||
+  fail "not every entry is refused with -4"
+has out.txt "0 of 7 entries accepted"
+# Stage 9: the matches are checked first (-6), then the stage is unknown (-8).
+sed 's/"stage_": 2,/"stage_": 9,/' codes.json >stage9.json
+run 1 check stage9.json
+has out.txt "entry 1: dropped, code -6 (FILTERS_ERR_MATCH_NOT_ALLOWED): match MatchDstMac (4) is not allowed in group type 3"
+has out.txt "entry 2: dropped, code -8 (FILTERS_ERR_UNKNOWN_STAGE): group stage 9 is unknown"
+has out.txt "entry 5: dropped, code -8 (FILTERS_ERR_UNKNOWN_STAGE): group stage 9 is unknown"
+has out.txt "0 of 7 entries accepted"
+# Stage 3 wants an egress policer and allows permit and deny only.
+sed 's/"stage_": 2,/"stage_": 3,/' codes.json >stage3.json
+run 1 check stage3.json
+has out.txt "entry 2: dropped, code -9 (FILTERS_ERR_ACTION_NOT_ALLOWED): action ActionSetInnerPcp (7) is not allowed in stage 3"
+has out.txt "entry 3: accepted"
+has out.txt "entry 4: dropped, code -10 (FILTERS_ERR_POLICER_STAGE): policer stage 0 (Ingress) does not fit group stage 3, which requires policer stage 1 (Egress)"
+has out.txt "3 of 7 entries accepted"
+
+# ---- JSON round trips of policers of every mode, colour actions, parents ----
+cat >policers.json <<'END'
+{"id_": 12, "priority_": 1, "stage_": 0, "type_": 1,
+ "entries_": [
+  {"id_": 1, "priority_": 5,
+   "policer_": {"id": 1, "stage": 0, "mode": {"type": 0, "cir": 1, "cbs": 2, "ebs": 3},
+                "actions": [{"color": 0, "type": 0}, {"color": 1, "type": 1, "pcp": 4},
+                            {"color": 2, "type": 2, "dscp": 46}]},
+   "matches_": [{"type_": 4, "mac_": "ABEiM0RV", "mac_mask_": "////////"}],
+   "actions_": [{"type_": 12, "mac_": "AgAAAAAB"}],
+   "counters_": [{"id": 1, "type": 1}, {"id": 2, "type": 2}]},
+  {"id_": 2, "priority_": 5,
+   "policer_": {"id": 2, "stage": 1, "mode": {"type": 1, "cir": 4, "cbs": 5, "pir": 6, "pbs": 7}},
+   "policer_parent_": {"id": 9, "stage": 2, "mode": {"type": 3, "cir": 10, "cbs": 11},
+                       "actions": [{"color": 0, "type": 0}]}},
+  {"id_": 3, "priority_": 5,
+   "policer_": {"id": 3, "stage": 2, "mode": {"type": 2, "cir": 8, "cbs": 9, "ebs": 10, "eir": 11}}},
+  {"id_": 4, "priority_": 5, "policer_": {"id": 4, "stage": 2, "mode": {"type": 4}}}
+ ]}
+END
+run 0 from-json policers.json --out policers.bin
+quiet
+run 0 to-json policers.bin
+quiet
+cp out.txt policers2.json
+has policers2.json '     "pir": 6,'
+has policers2.json '      "dscp": 46'
+has policers2.json '   "policer_parent_": {'
+has policers2.json '     "mac_mask_": "////////"'
+run 0 from-json policers2.json --out policers2.bin
+same policers2.bin policers.bin
+run 0 to-json policers2.bin
+same out.txt policers2.json
 
 echo "$checks checks, $failures failures"
 [[ $failures == 0 ]]

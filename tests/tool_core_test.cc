@@ -186,6 +186,16 @@ TEST(JsonForm, EntryMessagesConvertBothWays) {
   EXPECT_TRUE(FiltersEntry(again) == entry);
 }
 
+TEST(JsonForm, AMatchLackingItsKindStillPrints) {
+  FiltersEntryPB pb = entryMessage(2, {}, {});
+  pb.add_matches_()->add_ports_(5);
+  ASSERT_FALSE(pb.IsInitialized());
+  Notes notes;
+  const std::string json = entryToJson(pb, &notes);
+  EXPECT_NE(json.find("\"ports_\": [\n    5\n   ]"), std::string::npos) << json;
+  EXPECT_EQ(json.find("\"type_\""), std::string::npos) << json;
+}
+
 TEST(JsonForm, AbsentPolicerFieldsTakeTheDefaultPolicer) {
   const FiltersEntryPB pb =
       entryFromJson(R"({"id_": 4, "priority_": 1, "policer_": {}})", "test");
@@ -250,6 +260,13 @@ TEST(ToolInput, HexTextAllowsBlanksAnywhere) {
   EXPECT_EQ(decodeHex("", "f"), "");
 }
 
+TEST(ToolInput, HexRunsMayStartWith0x) {
+  EXPECT_EQ(decodeHex("0x080A", "f"), std::string("\x08\x0a", 2));
+  EXPECT_EQ(decodeHex("0x08 0X0a\n0x10", "f"), std::string("\x08\x0a\x10", 3));
+  // A zero byte written as 00 is no prefix.
+  EXPECT_EQ(decodeHex("00 0x00", "f"), std::string(2, '\0'));
+}
+
 std::string hexError(const std::string& text) {
   try {
     decodeHex(text, "f.hex");
@@ -261,7 +278,8 @@ std::string hexError(const std::string& text) {
 
 TEST(ToolInput, BadHexIsNamedWithItsOffset) {
   EXPECT_EQ(hexError("08 0g"), "f.hex: bad hex digit 'g' at offset 4");
-  EXPECT_EQ(hexError("0x08"), "f.hex: bad hex digit 'x' at offset 1");
+  EXPECT_EQ(hexError("08x0"), "f.hex: bad hex digit 'x' at offset 2");
+  EXPECT_EQ(hexError("08 10x0"), "f.hex: bad hex digit 'x' at offset 5");
   EXPECT_EQ(hexError("08\x01"), "f.hex: bad hex digit '\\x1' at offset 2");
   EXPECT_EQ(hexError("08 1"),
             "f.hex: odd number of hex digits (the last byte has only one)");
@@ -327,6 +345,86 @@ TEST(ToolInput, MissingRequiredFieldsAndOddBytesGiveNotes) {
   ASSERT_EQ(notes.size(), 1u);
   EXPECT_NE(notes[0].find("writing it back gives other bytes"),
             std::string::npos);
+}
+
+// The one-line error of reading `data` as a group, or as an entry.
+template <class Read>
+std::string errorOf(Read read, const std::string& data) {
+  Notes notes;
+  try {
+    read(data, "in", InputForm(), &notes);
+  } catch (const ToolError& error) {
+    return error.what();
+  }
+  return "no error";
+}
+
+TEST(ToolInput, AnEntryIsNoGroupAndAGroupIsNoEntry) {
+  const std::string group = bytesOf(demoGroup());
+  std::string entry;
+  entryWith({9}, {0}, stagedPolicer(policer::STAGE_INGRESS)).serialize(&entry);
+  EXPECT_EQ(errorOf(readEntryMessage, group),
+            "in: this holds a group (FiltersGroupPB), not one entry; leave "
+            "out --entry");
+  EXPECT_EQ(errorOf(readGroupMessage, entry),
+            "in: this holds one entry (FiltersEntryPB), not a group; use "
+            "--entry (check takes groups only)");
+  Notes notes;
+  const std::string groupJson = groupToJson(parsed(group), &notes);
+  FiltersEntryPB entryPB;
+  ASSERT_TRUE(entryPB.ParseFromString(entry));
+  const std::string entryJson = entryToJson(entryPB, &notes);
+  EXPECT_EQ(errorOf(readEntryMessage, groupJson),
+            "in: this JSON holds a group (FiltersGroupPB), not one entry; "
+            "leave out --entry");
+  EXPECT_EQ(errorOf(readGroupMessage, entryJson),
+            "in: this JSON holds one entry (FiltersEntryPB), not a group; use "
+            "--entry (check takes groups only)");
+  // Each reads as itself.
+  EXPECT_EQ(errorOf(readGroupMessage, group), "no error");
+  EXPECT_EQ(errorOf(readEntryMessage, entry), "no error");
+  EXPECT_EQ(errorOf(readGroupMessage, groupJson), "no error");
+  EXPECT_EQ(errorOf(readEntryMessage, entryJson), "no error");
+}
+
+TEST(ToolInput, AGroupMissingFieldsIsStillNoEntry) {
+  // Group 7 with only its identifier: not clean as a group, nor as an entry.
+  Notes notes;
+  readGroupMessage(std::string("\x08\x07", 2), "in", InputForm(), &notes);
+  EXPECT_EQ(notes.size(), 1u);
+  EXPECT_EQ(errorOf(readEntryMessage, std::string("\x08\x07", 2)), "no error");
+}
+
+TEST(ToolInput, JsonMayStartWithAByteOrderMarkAndHexMayBeAskedFor) {
+  const std::string bytes = bytesOf(demoGroup());
+  Notes notes;
+  const std::string json = groupToJson(parsed(bytes), &notes);
+  InputForm hex;
+  hex.hex = true;
+  EXPECT_EQ(
+      reserialized(readGroupMessage("\xef\xbb\xbf" + json, "in", hex, &notes)),
+      bytes);
+  EXPECT_TRUE(notes.empty());
+}
+
+TEST(ToolInput, JsonLackingRequiredFieldsGivesANote) {
+  Notes notes;
+  readGroupMessage(R"({"id_": 5})", "in", InputForm(), &notes);
+  ASSERT_EQ(notes.size(), 1u);
+  EXPECT_EQ(notes[0],
+            "in: the FiltersGroupPB message lacks required fields (priority_, "
+            "stage_, type_); the library reads them as 0");
+}
+
+TEST(ToolInput, ADirectoryIsNoInput) {
+  const std::string directory = ::testing::TempDir();
+  try {
+    readInput(directory);
+    ADD_FAILURE() << "no error";
+  } catch (const ToolError& error) {
+    EXPECT_EQ(std::string(error.what()),
+              "cannot read " + directory + ": Is a directory");
+  }
 }
 
 // ---- Check ----
@@ -431,7 +529,7 @@ TEST(Demo, WritesTheGroupReadsItBackAndSaysWhere) {
   const std::string path =
       ::testing::TempDir() + "tool_core_demo_" + std::to_string(getpid());
   std::ostringstream out;
-  ASSERT_EQ(runDemo(path, out), 0) << out.str();
+  ASSERT_EQ(runDemo(path, "bin/filters-tool", out), 0) << out.str();
   std::ifstream file(path, std::ios::binary);
   const std::string written(std::istreambuf_iterator<char>(file), {});
   EXPECT_EQ(written, bytesOf(demoGroup()));
@@ -448,6 +546,9 @@ TEST(Demo, WritesTheGroupReadsItBackAndSaysWhere) {
             std::string::npos);
   EXPECT_NE(text.find("=FiltersGroup=\n  ID: 100\n  Priority: 10\n  Stage: "
                       "2\n  Type: 3\n"),
+            std::string::npos);
+  // The commands it suggests run the tool as it was invoked.
+  EXPECT_NE(text.find("\nNext: bin/filters-tool check " + path + "\n"),
             std::string::npos);
   std::remove(path.c_str());
 }

@@ -283,6 +283,64 @@ TEST(FiltersCapabilitiesC, RefusesMissingOutputsAndUnknownKeys) {
 
 // ---- Explanation against insertEntry ----
 
+// Checks a blamed match or action kind against the group itself: `held`
+// (the entry's matches or actions) holds it; alone in an entry
+// (`alone(kind)`), a fresh group of `stage` and `type` refuses it with the
+// same code; and every kind held below it passes the group's own check of
+// its family (`passes`) alone. So the blamed kind is the first refused one.
+template <class HeldMap, class Alone, class Passes>
+void expectFirstRefused(const HeldMap& held, const EntryExplanation& why,
+                        int32_t stage, int32_t type, Alone alone,
+                        Passes passes) {
+  using Kind = typename HeldMap::key_type;
+  ASSERT_EQ(held.count(static_cast<Kind>(why.value)), 1u) << why.message;
+  EXPECT_EQ(
+      groupIn(stage, type).insertEntry(alone(static_cast<uint32_t>(why.value))),
+      why.code)
+      << why.message;
+  for (const auto& element : held) {
+    if (element.first >= why.value) break;
+    EXPECT_EQ(passes(alone(static_cast<uint32_t>(element.first))), FILTERS_OK)
+        << why.message << ", but kind " << element.first << " is refused";
+  }
+}
+
+// Checks the element `why` blames against the group itself (see
+// expectFirstRefused); a blamed policer, alone in an entry, is refused too.
+void expectBlameHolds(int32_t stage, int32_t type, const FiltersEntry& entry,
+                      const EntryExplanation& why) {
+  const FiltersGroup checks = groupIn(stage, type);
+  switch (why.cause) {
+    case FILTERS_CAUSE_MATCH:
+      expectFirstRefused(
+          entry.getMatches(), why, stage, type,
+          [](uint32_t kind) { return entryWith({kind}, {}); },
+          [&](const FiltersEntry& alone) {
+            return checks.groupMatchValidation(
+                alone, static_cast<filtersGroupType_t>(type));
+          });
+      break;
+    case FILTERS_CAUSE_ACTION:
+      expectFirstRefused(
+          entry.getActions(), why, stage, type,
+          [](uint32_t kind) { return entryWith({}, {kind}); },
+          [&](const FiltersEntry& alone) {
+            return checks.groupActionValidation(
+                alone, static_cast<filtersGroupStage_t>(stage));
+          });
+      break;
+    case FILTERS_CAUSE_POLICER:
+      EXPECT_EQ(why.value, entry.getPolicer().GetStage());
+      EXPECT_EQ(groupIn(stage, type)
+                    .insertEntry(entryWith({}, {}, entry.getPolicer())),
+                why.code)
+          << why.message;
+      break;
+    default:
+      break;
+  }
+}
+
 // Checks explainEntry against insertEntry on a fresh group of `stage` and
 // `type`, through both overloads, and returns the explanation. An unknown
 // type or stage must be blamed with its own number.
@@ -306,6 +364,7 @@ EntryExplanation expectAgreement(int32_t stage, int32_t type,
     EXPECT_EQ(byGroup.cause, FILTERS_CAUSE_STAGE);
     EXPECT_EQ(byGroup.value, stage);
   }
+  expectBlameHolds(stage, type, entry, byGroup);
   return byGroup;
 }
 
@@ -376,6 +435,13 @@ TEST(ExplainEntry, AgreesWithInsertEntryOnEntriesMixingElements) {
         entryWith({4, 7}, {1, 18}, stagedPolicer(policer::STAGE_EGRESS)));
     mixed.push_back(entryWith({14, 5}, {20, 3}));
     mixed.push_back(entryWith({}, {}));
+    // Many kinds at once, so that most groups refuse several of them.
+    mixed.push_back(entryWith({0, 2, 4, 11, 12, 17, 24, 27, 33, 38},
+                              {0, 2, 6, 7, 10, 17, 18, 20},
+                              stagedPolicer(policer::STAGE_INGRESS)));
+    mixed.push_back(entryWith({3, 8, 16, 19, 21, 22, 23, 25, 26, 28, 35},
+                              {1, 4, 5, 8, 9, 11, 12, 19},
+                              stagedPolicer(policer::STAGE_EGRESS)));
     return mixed;
   }();
   for (const FiltersEntry& entry : entries) {
@@ -554,6 +620,11 @@ TEST(WireC, NoBytesGiveGroupZero) {
   EXPECT_EQ(filtersGroupGetId(g), 0);
   EXPECT_EQ(filtersGroupGetStage(g), FILTERS_STAGE_LOOKUP);
   deleteFiltersGroup(g);
+}
+
+TEST(WireCDeathTest, NullBytesWithASizeAbort) {
+  EXPECT_DEATH(newFiltersGroupFromBytes(nullptr, 4),
+               "bytes != nullptr \\|\\| size == 0");
 }
 
 TEST(WireC, BytesTheLibraryCannotLoadGiveNull) {

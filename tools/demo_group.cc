@@ -100,7 +100,8 @@ std::vector<DemoEntry> demoEntries() {
   return rules;
 }
 
-int runDemo(const std::string& path, std::ostream& out) {
+int runDemo(const std::string& path, const std::string& program,
+            std::ostream& out) {
   FiltersGroup group = demoGroupHead();
   const std::vector<DemoEntry> rules = demoEntries();
   out << "1. Built filter group " << group.getId() << " (priority "
@@ -143,9 +144,9 @@ int runDemo(const std::string& path, std::ostream& out) {
   if (!same) return 1;
 
   out << "\n5. The group read back, as the library prints it:\n\n"
-      << readBack << "\nNext: filters-tool check " << path
-      << "\n      filters-tool to-json " << path
-      << "\n      filters-tool caps --stage 2 --type 3\n";
+      << readBack << "\nNext: " << program << " check " << path << "\n      "
+      << program << " to-json " << path << "\n      " << program
+      << " caps --stage 2 --type 3\n";
   return 0;
 }
 

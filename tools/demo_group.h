@@ -27,9 +27,11 @@ std::vector<DemoEntry> demoEntries();
 
 // Builds the demo group, inserts every entry (printing each result), writes
 // the group's bytes to `path`, reads them back, compares and prints the
-// dump, telling `out` what it does. Returns the exit status: 0, or 1 when a
-// step fails (a refused entry, a read-back that differs).
-int runDemo(const std::string& path, std::ostream& out);
+// dump, telling `out` what it does and, at the end, which commands of
+// `program` (the tool as invoked) look further. Returns the exit status: 0,
+// or 1 when a step fails (a refused entry, a read-back that differs).
+int runDemo(const std::string& path, const std::string& program,
+            std::ostream& out);
 
 }  // namespace filters_tool
 

@@ -41,6 +41,8 @@ struct Args {
   std::set<std::string> flags;
   std::map<std::string, std::string> values;
   std::vector<std::string> operands;
+  // The tool as it was invoked, for commands it suggests.
+  std::string program;
 
   bool flag(const char* name) const { return flags.count(name) != 0; }
   std::optional<std::string> value(const char* name) const {
@@ -49,6 +51,10 @@ struct Args {
     return found->second;
   }
   const std::string& file() const { return operands.front(); }
+  // The input as messages name it.
+  std::string source() const {
+    return file() == "-" ? "standard input" : file();
+  }
 };
 
 struct Option {
@@ -81,31 +87,49 @@ InputForm inputForm(const Args& args) {
 // ---- Commands ----
 
 int runDemoCommand(const Args& args) {
-  return runDemo(args.value("--out").value_or("./filters-demo.bin"), std::cout);
+  return runDemo(args.value("--out").value_or("./filters-demo.bin"),
+                 args.program, std::cout);
+}
+
+// "1 entry", "2 entries".
+std::string entries(int count) {
+  return std::to_string(count) + (count == 1 ? " entry" : " entries");
+}
+
+// Runs `load`, which loads a message into the library as a receiver does.
+// The library throws for an MPLS port action whose identifiers are of the
+// wrong interface types; that becomes an error naming the input.
+template <class Load>
+void loading(const std::string& source, Load load) {
+  try {
+    load();
+  } catch (const std::invalid_argument& error) {
+    throw ToolError(source + ": the library cannot load this: " + error.what());
+  }
 }
 
 int runDump(const Args& args) {
   Notes notes;
   const std::string data = readInput(args.file());
+  const std::string source = args.source();
   if (args.flag("--entry")) {
     const auto message =
-        readEntryMessage(data, args.file(), inputForm(args), &notes);
+        readEntryMessage(data, source, inputForm(args), &notes);
     FiltersCommon::FiltersEntry entry(0);
-    entry.convertFromFiltersEntryPB(&message);
+    loading(source, [&] { entry.convertFromFiltersEntryPB(&message); });
     printNotes(notes);
     std::cout << entry;
     return kOk;
   }
-  const auto message =
-      readGroupMessage(data, args.file(), inputForm(args), &notes);
+  const auto message = readGroupMessage(data, source, inputForm(args), &notes);
   FiltersCommon::FiltersGroup group(0);
-  group.convertFromFiltersGroupPB(&message);
+  loading(source, [&] { group.convertFromFiltersGroupPB(&message); });
   const std::size_t kept = group.getEntriesRef().size();
   if (kept != static_cast<std::size_t>(message.entries__size())) {
-    notes.push_back(args.file() + ": the message holds " +
-                    std::to_string(message.entries__size()) +
-                    " entries, the group keeps " + std::to_string(kept) +
-                    "; 'filters-tool check " + args.file() + "' says why");
+    notes.push_back(source + ": the message holds " +
+                    entries(message.entries__size()) + ", the group keeps " +
+                    std::to_string(kept) + "; 'filters-tool check " +
+                    args.file() + "' says why");
   }
   printNotes(notes);
   std::cout << group;
@@ -115,43 +139,30 @@ int runDump(const Args& args) {
 int runToJson(const Args& args) {
   Notes notes;
   const std::string data = readInput(args.file());
-  // The conversion's notes name the place in the message; add the file.
+  const std::string source = args.source();
+  // The conversion's notes name the place in the message; add the input.
   Notes converted;
   std::string text;
   if (args.flag("--entry")) {
-    text = entryToJson(
-        readEntryMessage(data, args.file(), inputForm(args), &notes),
-        &converted);
+    text = entryToJson(readEntryMessage(data, source, inputForm(args), &notes),
+                       &converted);
   } else {
-    text = groupToJson(
-        readGroupMessage(data, args.file(), inputForm(args), &notes),
-        &converted);
+    text = groupToJson(readGroupMessage(data, source, inputForm(args), &notes),
+                       &converted);
   }
   for (const std::string& note : converted) {
-    notes.push_back(args.file() + ": " + note);
+    notes.push_back(source + ": " + note);
   }
   printNotes(notes);
   std::cout << text;
   return kOk;
 }
 
-template <class Message>
-std::string bytesOf(const Message& message, const std::string& source,
-                    Notes* notes) {
-  if (!message.IsInitialized()) {
-    notes->push_back(source + ": the message lacks required fields (" +
-                     message.InitializationErrorString() +
-                     "); the library reads them as 0");
-  }
-  std::string bytes;
-  message.SerializePartialToString(&bytes);
-  return bytes;
-}
-
 int runFromJson(const Args& args) {
   const std::string text = readInput(args.file());
+  const std::string source = args.source();
   if (!looksLikeJson(text)) {
-    throw ToolError(args.file() + ": not JSON (it does not start with '{')");
+    throw ToolError(source + ": not JSON (it does not start with '{')");
   }
   const std::string out = args.value("--out").value_or("-");
   const bool hex = args.flag("--hex");
@@ -161,10 +172,15 @@ int runFromJson(const Args& args) {
         "--hex, or a pipe");
   }
   Notes notes;
-  const std::string bytes =
-      args.flag("--entry")
-          ? bytesOf(entryFromJson(text, args.file()), args.file(), &notes)
-          : bytesOf(groupFromJson(text, args.file()), args.file(), &notes);
+  std::string bytes;
+  // A message lacking required fields is written all the same, with a note.
+  if (args.flag("--entry")) {
+    readEntryMessage(text, source, InputForm(), &notes)
+        .SerializePartialToString(&bytes);
+  } else {
+    readGroupMessage(text, source, InputForm(), &notes)
+        .SerializePartialToString(&bytes);
+  }
   printNotes(notes);
   writeOutput(out, hex ? encodeHex(bytes) : bytes);
   return kOk;
@@ -172,10 +188,11 @@ int runFromJson(const Args& args) {
 
 int runCheck(const Args& args) {
   Notes notes;
-  const auto message = readGroupMessage(readInput(args.file()), args.file(),
-                                        inputForm(args), &notes);
+  const std::string source = args.source();
+  const auto message =
+      readGroupMessage(readInput(args.file()), source, inputForm(args), &notes);
   printNotes(notes);
-  const CheckResult result = checkGroup(message, args.file(), std::cout);
+  const CheckResult result = checkGroup(message, source, std::cout);
   return result.accepted == result.total ? kOk : kFound;
 }
 
@@ -394,11 +411,12 @@ int run(int argc, char** argv) {
   }
   for (const Command& command : commands()) {
     if (name != command.name) continue;
-    const std::optional<Args> args = parseArgs(command, argc - 2, argv + 2);
+    std::optional<Args> args = parseArgs(command, argc - 2, argv + 2);
     if (!args) {
       std::cout << command.help;
       return kOk;
     }
+    args->program = argv[0];
     return command.run(*args);
   }
   throw ToolError("unknown command '" + name + "' (see 'filters-tool --help')");
@@ -413,7 +431,12 @@ int main(int argc, char** argv) {
   // error; every failure is reported here instead.
   google::protobuf::SetLogHandler(nullptr);
   try {
-    return filters_tool::run(argc, argv);
+    const int status = filters_tool::run(argc, argv);
+    // Output that never arrived (a full disk) is a failure.
+    if (!std::cout.flush()) {
+      throw filters_tool::ToolError("cannot write to standard output");
+    }
+    return status;
   } catch (const filters_tool::ToolError& error) {
     std::cerr << "filters-tool: " << error.what() << '\n';
   } catch (const std::invalid_argument& error) {

@@ -6,10 +6,14 @@
 
 #include "json_form.h"
 
+#include <google/protobuf/descriptor.h>
 #include <google/protobuf/util/json_util.h>
+#include <google/protobuf/util/type_resolver.h>
+#include <google/protobuf/util/type_resolver_util.h>
 
 #include <cstdint>
 #include <initializer_list>
+#include <memory>
 #include <optional>
 #include <set>
 
@@ -24,13 +28,13 @@ using FiltersCommon::FiltersEntryPB;
 using FiltersCommon::FiltersGroupPB;
 namespace json = FiltersCommon::json;
 
+constexpr char kTypeUrlPrefix[] = "type.googleapis.com";
+
 // ---- Policers ----
 
-// The fields of the policer in `bytes`, when the policer writes exactly these
-// bytes for them; nothing otherwise, since the fields would lose something.
-std::optional<json::PolicerJson> policerFields(const std::string& bytes) {
+// The fields of the policer the policer library reads from `bytes`.
+json::PolicerJson policerFields(const std::string& bytes) {
   const policer::Policer policer(bytes);
-  if (policer.Serialize() != bytes) return std::nullopt;
   json::PolicerJson fields;
   fields.set_id(policer.GetId());
   fields.set_stage(policer.GetStage());
@@ -169,6 +173,19 @@ std::string policerBytes(const json::PolicerJson& fields,
       .Serialize();
 }
 
+// The policer's fields when they turn back into exactly `bytes`; nothing
+// otherwise (bytes the policer would write differently, or values this form
+// refuses), since the fields would then lose something.
+std::optional<json::PolicerJson> losslessFields(const std::string& bytes) {
+  json::PolicerJson fields = policerFields(bytes);
+  try {
+    if (policerBytes(fields, "policer") == bytes) return fields;
+  } catch (const ToolError&) {
+    // A value this form refuses: the bytes are kept as they are.
+  }
+  return std::nullopt;
+}
+
 // ---- Messages ----
 
 std::string indexed(const std::string& where, int i) {
@@ -188,7 +205,7 @@ json::FiltersEntryJson entryToForm(const FiltersEntryPB& in,
   if (in.has_id_()) out.set_id_(in.id_());
   if (in.has_priority_()) out.set_priority_(in.priority_());
   if (in.has_policer_()) {
-    if (auto fields = policerFields(in.policer_())) {
+    if (auto fields = losslessFields(in.policer_())) {
       *out.mutable_policer_() = *fields;
     } else {
       out.set_policer_bytes_(in.policer_());
@@ -199,7 +216,7 @@ json::FiltersEntryJson entryToForm(const FiltersEntryPB& in,
   *out.mutable_actions_() = in.actions_();
   *out.mutable_counters_() = in.counters_();
   if (in.has_policer_parent_()) {
-    if (auto fields = policerFields(in.policer_parent_())) {
+    if (auto fields = losslessFields(in.policer_parent_())) {
       *out.mutable_policer_parent_() = *fields;
     } else {
       out.set_policer_parent_bytes_(in.policer_parent_());
@@ -231,13 +248,29 @@ FiltersEntryPB entryFromForm(const json::FiltersEntryJson& in,
   return out;
 }
 
+// JSON is converted to and from a message's bytes rather than the message
+// itself, which the runtime would refuse (or abort on) when a match, action
+// or counter lacks a required field: such a message converts both ways like
+// any other, and the readers note what it lacks.
+google::protobuf::util::TypeResolver* typeResolver() {
+  static const std::unique_ptr<google::protobuf::util::TypeResolver> resolver(
+      google::protobuf::util::NewTypeResolverForDescriptorPool(
+          kTypeUrlPrefix, google::protobuf::DescriptorPool::generated_pool()));
+  return resolver.get();
+}
+
+std::string typeUrl(const google::protobuf::Message& form) {
+  return std::string(kTypeUrlPrefix) + "/" + form.GetDescriptor()->full_name();
+}
+
 std::string print(const google::protobuf::Message& form) {
   google::protobuf::util::JsonPrintOptions options;
   options.add_whitespace = true;
   options.preserve_proto_field_names = true;
   std::string text;
-  const auto status =
-      google::protobuf::util::MessageToJsonString(form, &text, options);
+  const auto status = google::protobuf::util::BinaryToJsonString(
+      typeResolver(), typeUrl(form), form.SerializePartialAsString(), &text,
+      options);
   if (!status.ok()) throw ToolError("cannot write JSON: " + status.ToString());
   return text;
 }
@@ -245,13 +278,18 @@ std::string print(const google::protobuf::Message& form) {
 void parse(const std::string& text, const std::string& source,
            google::protobuf::Message* form) {
   // Unknown field names are errors: a misspelt field must not vanish.
-  const auto status = google::protobuf::util::JsonStringToMessage(
-      text, form, google::protobuf::util::JsonParseOptions());
-  if (status.ok()) return;
+  std::string bytes;
+  const auto status = google::protobuf::util::JsonToBinaryString(
+      typeResolver(), typeUrl(*form), withoutByteOrderMark(text), &bytes,
+      google::protobuf::util::JsonParseOptions());
+  if (status.ok() && form->ParsePartialFromString(bytes)) return;
   // The parser's message may go on with an excerpt and a caret on further
   // lines; the first line says what is wrong.
-  std::string why(status.message());
+  std::string why(status.ok() ? "it describes no valid message"
+                              : status.message());
   why = why.substr(0, why.find('\n'));
+  // Errors of the whole text come with an empty field path.
+  if (why.rfind(": ", 0) == 0) why.erase(0, 2);
   throw ToolError(source + ": unreadable JSON: " + why);
 }
 

@@ -32,15 +32,19 @@ std::string readInput(const std::string& path);
 void writeOutput(const std::string& path, const std::string& data);
 
 // The bytes written as hex digits in `text`, two per byte; whitespace
-// anywhere is ignored. `source` names the input in errors.
+// anywhere is ignored, and so is "0x" before a run of digits. `source` names
+// the input in errors.
 std::string decodeHex(const std::string& text, const std::string& source);
 // `bytes` as lower-case hex, sixteen space-separated bytes per line.
 std::string encodeHex(const std::string& bytes);
 
 // Whether `data` is JSON text rather than message bytes: its first
-// non-blank character is '{'. No FiltersGroupPB or FiltersEntryPB starts
-// with that byte, since it is no field tag of theirs.
+// non-blank character (after a byte order mark) is '{', or '[' for JSON that
+// is no object. No FiltersGroupPB or FiltersEntryPB starts with either
+// byte, since neither is a field tag of theirs, nor is either a hex digit.
 bool looksLikeJson(const std::string& data);
+// `text` without the UTF-8 byte order mark it may start with.
+std::string withoutByteOrderMark(const std::string& text);
 
 // How the input of a command is written.
 struct InputForm {
@@ -50,11 +54,13 @@ struct InputForm {
   bool json = true;
 };
 
-// The message in `data` (from `source`), in the given form. Bytes that do
-// not parse, empty input and unreadable JSON are errors; a message that
-// parses but lacks required fields, or whose bytes are not those the
-// message would be written as, gives a note. Bytes followed by one zero
-// byte, as a FiltersSerialized buffer holds them, are read without it.
+// The message in `data` (from `source`), in the given form; JSON is read
+// whatever the form says. Bytes that do not parse, empty input, unreadable
+// JSON and the other message (an entry where a group is read, or the
+// reverse) are errors; a message that parses but lacks required fields, or
+// whose bytes are not those the message would be written as, gives a note.
+// Bytes followed by one zero byte, as a FiltersSerialized buffer holds them,
+// are read without it.
 FiltersCommon::FiltersGroupPB readGroupMessage(const std::string& data,
                                                const std::string& source,
                                                const InputForm& form,

@@ -13,7 +13,8 @@
  *     port action with identifiers of the wrong interface type cannot be
  *     read at all; the function then returns null.
  * (3) A null group or entry aborts the process through an assertion, like
- *     the rest of the C interface; a null `size` does too.
+ *     the rest of the C interface; a null `size` does too, and so do null
+ *     bytes with a `size` above 0.
  *
  * This header compiles as C11 and as C++17; in C++ the functions are
  * declared in namespace FiltersCommon, with C linkage either way.

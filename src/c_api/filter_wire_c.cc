@@ -49,6 +49,10 @@ uint8_t* filtersGroupSerialize(FiltersGroup* g, size_t* size) {
 }
 
 FiltersGroup* newFiltersGroupFromBytes(const uint8_t* bytes, size_t size) {
+  FILTERS_ASSERT(bytes != nullptr || size == 0,
+                 "FiltersCommon::FiltersGroup* "
+                 "FiltersCommon::newFiltersGroupFromBytes(const uint8_t*, "
+                 "size_t)");
   const std::string message =
       size == 0 ? std::string()
                 : std::string(reinterpret_cast<const char*>(bytes), size);
