@@ -136,10 +136,11 @@ class FILTERS_EXPORT FiltersGroup {
   // codes, but the entry is moved into the map instead of copied. The wire
   // loader builds every entry once and hands it over this way.
   filtersErr_t adoptEntry(FiltersEntry&& entry);
-  // Erases the entry held under `id`, if any, and returns the position where
-  // an entry with that identifier belongs.
+  // Erases the entry held under `id`, unless it is `incoming` itself, and
+  // returns the position where an entry with that identifier belongs (the
+  // held `incoming` when it was kept).
   std::map<filtersEntryId_t, FiltersEntry>::iterator vacate(
-      filtersEntryId_t id);
+      filtersEntryId_t id, const FiltersEntry* incoming);
 
   filtersGroupId_t id_;
   filtersGroupPriority_t priority_;

@@ -104,19 +104,8 @@ FiltersEntry::FiltersEntry(const FiltersEntry& other)
   copyActions(other.actions_);
 }
 
-FiltersEntry::FiltersEntry(FiltersEntry&& other)
-    : id_(other.id_),
-      priority_(other.priority_),
-      policer_(other.policer_),
-      policerParent_(std::move(other.policerParent_)),
-      counters_(std::move(other.counters_)),
-      matches_(std::move(other.matches_)),
-      actions_(std::move(other.actions_)) {
-  // A moved-from map is only "valid but unspecified"; the source is promised
-  // to be empty.
-  other.counters_.clear();
-  other.matches_.clear();
-  other.actions_.clear();
+FiltersEntry::FiltersEntry(FiltersEntry&& other) : FiltersEntry(other.id_) {
+  *this = std::move(other);
 }
 
 FiltersEntry::~FiltersEntry() = default;
@@ -126,15 +115,11 @@ FiltersEntry& FiltersEntry::operator=(FiltersEntry&& other) {
   priority_ = other.priority_;
   policer_ = other.policer_;
   policerParent_ = std::move(other.policerParent_);
-  counters_.clear();
-  matches_.clear();
-  actions_.clear();
-  counters_ = std::move(other.counters_);
-  matches_ = std::move(other.matches_);
-  actions_ = std::move(other.actions_);
-  other.counters_.clear();
-  other.matches_.clear();
-  other.actions_.clear();
+  // The former contents go first; a moved-from map is only "valid but
+  // unspecified", and the source is promised to be left empty.
+  counters_ = std::exchange(other.counters_, {});
+  matches_ = std::exchange(other.matches_, {});
+  actions_ = std::exchange(other.actions_, {});
   return *this;
 }
 

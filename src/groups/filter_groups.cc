@@ -62,11 +62,11 @@ filtersErr_t FiltersGroup::insertEntry(const FiltersEntry& entry) {
   const filtersErr_t code = entryValidation(entry, stage_, type_);
   if (code != FILTERS_OK) return code;
   const filtersEntryId_t id = entry.getId();
-  auto held = entries_.find(id);
+  const auto hint = vacate(id, &entry);
   // Re-inserting an entry the group holds is a replacement by itself; erasing
   // first would leave `entry` dangling before the copy.
-  if (held != entries_.end() && &held->second == &entry) return FILTERS_OK;
-  entries_.emplace_hint(vacate(id), id, entry);
+  if (hint != entries_.end() && &hint->second == &entry) return FILTERS_OK;
+  entries_.emplace_hint(hint, id, entry);
   return FILTERS_OK;
 }
 
@@ -74,14 +74,16 @@ filtersErr_t FiltersGroup::adoptEntry(FiltersEntry&& entry) {
   const filtersErr_t code = entryValidation(entry, stage_, type_);
   if (code != FILTERS_OK) return code;
   const filtersEntryId_t id = entry.getId();
-  entries_.emplace_hint(vacate(id), id, std::move(entry));
+  entries_.emplace_hint(vacate(id, &entry), id, std::move(entry));
   return FILTERS_OK;
 }
 
 std::map<filtersEntryId_t, FiltersEntry>::iterator FiltersGroup::vacate(
-    filtersEntryId_t id) {
+    filtersEntryId_t id, const FiltersEntry* incoming) {
   auto it = entries_.lower_bound(id);
-  if (it != entries_.end() && it->first == id) it = entries_.erase(it);
+  if (it != entries_.end() && it->first == id && &it->second != incoming) {
+    it = entries_.erase(it);
+  }
   return it;
 }
 
