@@ -231,11 +231,15 @@ class Compiler {
   // ---- Entry line ----
 
   // What the wire message cannot say about an entry: a DSCP match keeps its
-  // class only when set as one.
+  // class only when set as one, and a policer made by the constructors may
+  // hold a stage or colour its bytes cannot carry, so the policers are set
+  // as objects too.
   struct EntryExtras {
     bool dscp = false;
     uint8_t tos = 0;
     Token idToken;
+    std::optional<policer::Policer> policer;
+    std::optional<policer::Policer> parent;
   };
 
   bool parseEntry(FiltersEntryPB* pb, EntryExtras* extras) {
@@ -251,7 +255,6 @@ class Compiler {
     std::set<int> actionKinds;
     std::set<std::string_view> entryWords;
     std::set<uint32_t> counterIds;
-    bool policerSet = false;
     while (more()) {
       const Token& word = next();
       const auto found = keywords_.find(word.text);
@@ -301,14 +304,10 @@ class Compiler {
           if (!number(word, "priority", 0xFFFFFFFF, &priority)) return false;
           pb->set_priority_(priority);
         } else {
-          std::string bytes;
-          if (!policerBlock(word, &bytes)) return false;
-          if (word.text == "policer") {
-            pb->set_policer_(std::move(bytes));
-            policerSet = true;
-          } else {
-            pb->set_policer_parent_(std::move(bytes));
-          }
+          auto& slot =
+              word.text == "policer" ? extras->policer : extras->parent;
+          slot.emplace();
+          if (!policerBlock(word, &*slot)) return false;
         }
       } else {
         const std::string hint = suggestion(word.text, entryKeywords_);
@@ -320,7 +319,7 @@ class Compiler {
                                        : hint));
       }
     }
-    if (!policerSet) pb->set_policer_(defaultPolicer());
+    pb->set_policer_(defaultPolicer());
     return true;
   }
 
@@ -515,9 +514,13 @@ class Compiler {
     const Token* token = valueOf(word, what);
     if (token == nullptr) return false;
     const std::string_view text = token->text;
+    // An out-of-range number names its range; anything else the form.
     const auto bad = [&](std::string_view part, std::size_t offset,
-                         bool outOfRange) {
-      return badValue(*token, part, offset, word.text, what, outOfRange);
+                         bool outOfRange, uint64_t max = 0) {
+      return badValue(
+          *token, part, offset, word.text,
+          outOfRange ? "a number from 0 to " + std::to_string(max) : what,
+          outOfRange);
     };
     bool malformed = false;
     switch (row.value) {
@@ -541,7 +544,7 @@ class Compiler {
               return true;
             }
             const auto number = parseUnsigned(type, UINT32_MAX, &malformed);
-            if (!number) return bad(part, at, !malformed);
+            if (!number) return bad(part, at, !malformed, UINT32_MAX);
             (pb->*f.mutableList2)()->Add(static_cast<uint32_t>(*number));
             return true;
           }
@@ -556,32 +559,31 @@ class Compiler {
         if (text == "none") return true;
         const uint64_t max = row.value == Value::kU16Set ? 0xFFFF : 0xFF;
         std::set<uint32_t> values;
-        const bool ok =
-            eachElement(*token, [&](std::string_view part, std::size_t at) {
-              const std::size_t dash = part.find('-');
-              const auto low =
-                  parseUnsigned(part.substr(0, dash), max, &malformed);
-              if (!low) return bad(part.substr(0, dash), at, !malformed);
-              uint64_t high = *low;
-              if (dash != std::string_view::npos) {
-                const auto top =
-                    parseUnsigned(part.substr(dash + 1), max, &malformed);
-                if (!top)
-                  return bad(part.substr(dash + 1), at + dash + 1, !malformed);
-                if (*top < *low) {
-                  return error(*token,
-                               "range " + quoted(part) +
-                                   " runs backwards: expected " +
-                                   "the lower bound first",
-                               at);
-                }
-                high = *top;
-              }
-              for (uint64_t v = *low; v <= high; ++v) {
-                values.insert(static_cast<uint32_t>(v));
-              }
-              return true;
-            });
+        const bool ok = eachElement(*token, [&](std::string_view part,
+                                                std::size_t at) {
+          const std::size_t dash = part.find('-');
+          const auto low = parseUnsigned(part.substr(0, dash), max, &malformed);
+          if (!low) return bad(part.substr(0, dash), at, !malformed, max);
+          uint64_t high = *low;
+          if (dash != std::string_view::npos) {
+            const auto top =
+                parseUnsigned(part.substr(dash + 1), max, &malformed);
+            if (!top)
+              return bad(part.substr(dash + 1), at + dash + 1, !malformed, max);
+            if (*top < *low) {
+              return error(*token,
+                           "range " + quoted(part) +
+                               " runs backwards: expected " +
+                               "the lower bound first",
+                           at);
+            }
+            high = *top;
+          }
+          for (uint64_t v = *low; v <= high; ++v) {
+            values.insert(static_cast<uint32_t>(v));
+          }
+          return true;
+        });
         if (!ok) return false;
         Repeated* list = (pb->*f.mutableList)();
         list->Reserve(static_cast<int>(values.size()));
@@ -597,7 +599,9 @@ class Compiler {
         }
         const auto number =
             parseUnsigned(text, (uint64_t{1} << row.bits) - 1, &malformed);
-        if (!number) return bad(text, 0, !malformed);
+        if (!number) {
+          return bad(text, 0, !malformed, (uint64_t{1} << row.bits) - 1);
+        }
         (pb->*f.set)(static_cast<uint32_t>(*number));
         return true;
       }
@@ -650,13 +654,13 @@ class Compiler {
         }
         const auto first =
             parseUnsigned(text.substr(0, split), max, &malformed);
-        if (!first) return bad(text.substr(0, split), 0, !malformed);
+        if (!first) return bad(text.substr(0, split), 0, !malformed, max);
         uint64_t second = 0xFFFF;
         if (split != std::string_view::npos) {
           const auto parsed =
               parseUnsigned(text.substr(split + 1), max, &malformed);
           if (!parsed)
-            return bad(text.substr(split + 1), split + 1, !malformed);
+            return bad(text.substr(split + 1), split + 1, !malformed, max);
           second = *parsed;
         }
         (pb->*f.set)(static_cast<uint32_t>(*first));
@@ -696,8 +700,8 @@ class Compiler {
 
   // ---- Policers ----
 
-  // "{ ... }" after `word` into the policer's own bytes.
-  bool policerBlock(const Token& word, std::string* bytes) {
+  // "{ ... }" after `word` into `*out`.
+  bool policerBlock(const Token& word, policer::Policer* out) {
     if (!more() || tokens_[pos_].text != "{") {
       return error(more() ? tokens_[pos_] : word,
                    quoted(word.text) +
@@ -743,7 +747,7 @@ class Compiler {
           return badValue(*hex, hex->text, 0, "bytes",
                           "an even number of hex digits", false);
         }
-        *bytes = *decoded;
+        *out = policer::Policer(*decoded);
         continue;
       }
       if (raw) {
@@ -805,9 +809,8 @@ class Compiler {
                                           quoted(kModeParamNames[p]));
       }
     }
-    const policer::Policer built(id, static_cast<policer::Stage>(stage),
-                                 *makeMode(mode, params), actions);
-    *bytes = built.Serialize();
+    *out = policer::Policer(id, static_cast<policer::Stage>(stage),
+                            *makeMode(mode, params), actions);
     return true;
   }
 
@@ -853,6 +856,8 @@ std::unique_ptr<FiltersEntry> buildEntry(const FiltersEntryPB& pb,
     dscp.convertFromMatchPB(&tos);
     entry->setMatch(dscp);
   }
+  if (extras.policer) entry->setPolicer(*extras.policer);
+  if (extras.parent) entry->setPolicerParent(*extras.parent);
   return entry;
 }
 

@@ -89,6 +89,14 @@ struct Coverage {
       features.insert("policer");
     if (text.find(" parent { ") != std::string::npos)
       features.insert("parent policer");
+    const auto stage = entry.getPolicer().GetStage();
+    if (stage < 0 || stage > 2)
+      features.insert("policer stage no wire carries");
+    for (const auto& action : entry.getPolicer().GetActions()) {
+      if (action.GetColor() > 2 || action.GetColor() < 0) {
+        features.insert("policer colour no wire carries");
+      }
+    }
     for (const auto& [id, counter] : entry.getCounters()) {
       if (counter.GetType() > 8 || counter.GetType() < 0)
         features.insert("out-of-table counter type");

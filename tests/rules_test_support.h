@@ -403,6 +403,7 @@ class RandomModel {
                      static_cast<int32_t>(below(3)));
     auto entry = std::make_unique<FiltersEntry>();
     entry->convertFromFiltersEntryPB(&pb);
+    policers(entry.get(), oddStage());
     if (chance(20)) {
       FiltersCommon::MatchDSCP dscp(static_cast<uint8_t>(below(64)));
       if (chance(30)) {
@@ -414,6 +415,19 @@ class RandomModel {
       entry->setMatch(dscp);
     }
     return entry;
+  }
+
+  // A policer stage: one of the three, or one no wire message carries.
+  int32_t oddStage() {
+    return chance(80) ? static_cast<int32_t>(below(3))
+                      : static_cast<int32_t>(value(32));
+  }
+
+  // Policers set through the constructors, which can hold a stage or a
+  // colour that the policer's bytes cannot carry.
+  void policers(FiltersEntry* entry, int32_t stage) {
+    if (chance(50)) entry->setPolicer(policer(stage));
+    if (chance(20)) entry->setPolicerParent(policer(oddStage()));
   }
 
   // A group with a stage and type that fit (now and then ones that do not,

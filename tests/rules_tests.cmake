@@ -8,3 +8,5 @@ function(filters_add_rules_gtest name)
 endfunction()
 
 filters_add_rules_gtest(rules_roundtrip_test rules_roundtrip_test.cc)
+filters_add_rules_gtest(rules_errors_test rules_errors_test.cc)
+filters_add_rules_gtest(rules_syntax_test rules_syntax_test.cc)
