@@ -1,0 +1,17 @@
+# Tests of libfilter_rules, included from tests/CMakeLists.txt.
+
+# Group differences: the C++ interface, then a strict C11 client.
+filters_add_gtest(rules_diff_test rules_diff_test.cc groups_samples.cc)
+target_link_libraries(rules_diff_test PRIVATE FiltersCommon::filter_rules)
+add_executable(rules_diff_c_program rules_diff_c_program.c)
+target_link_libraries(rules_diff_c_program PRIVATE FiltersCommon::filter_rules)
+set_target_properties(rules_diff_c_program PROPERTIES
+  C_STANDARD 11 C_STANDARD_REQUIRED ON C_EXTENSIONS OFF)
+target_compile_options(rules_diff_c_program PRIVATE -Wall -Wextra -Wpedantic -Werror)
+add_test(NAME rules_diff_c_program COMMAND rules_diff_c_program)
+if(FILTERS_VALGRIND AND NOT FILTERS_SANITIZE)
+  add_test(NAME rules_diff_c_program_valgrind
+    COMMAND ${FILTERS_VALGRIND} --leak-check=full --error-exitcode=1
+            --errors-for-leak-kinds=definite,indirect
+            $<TARGET_FILE:rules_diff_c_program>)
+endif()
