@@ -3,6 +3,13 @@
 # Group differences: the C++ interface, then a strict C11 client.
 filters_add_gtest(rules_diff_test rules_diff_test.cc groups_samples.cc)
 target_link_libraries(rules_diff_test PRIVATE FiltersCommon::filter_rules)
+foreach(c_header filter_group_diff_c filter_rules_c)
+  add_library(c_api_header_${c_header} OBJECT c_api_header_c11.c)
+  target_compile_definitions(c_api_header_${c_header} PRIVATE FILTERS_C_HEADER="FiltersCommon/${c_header}.h")
+  target_link_libraries(c_api_header_${c_header} PRIVATE FiltersCommon::filter_rules)
+  set_target_properties(c_api_header_${c_header} PROPERTIES C_STANDARD 11 C_STANDARD_REQUIRED ON C_EXTENSIONS OFF)
+  target_compile_options(c_api_header_${c_header} PRIVATE -Wall -Wextra -Wpedantic -Werror)
+endforeach()
 add_executable(rules_diff_c_program rules_diff_c_program.c)
 target_link_libraries(rules_diff_c_program PRIVATE FiltersCommon::filter_rules)
 set_target_properties(rules_diff_c_program PROPERTIES
