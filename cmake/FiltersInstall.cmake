@@ -3,7 +3,12 @@
 
 set(FILTERS_CMAKE_DIR "${CMAKE_INSTALL_LIBDIR}/cmake/FiltersCommon")
 
-install(TARGETS filter_common
+set(FILTERS_INSTALLED_LIBRARIES filter_common)
+if(TARGET filter_rules)
+  list(APPEND FILTERS_INSTALLED_LIBRARIES filter_rules)
+endif()
+
+install(TARGETS ${FILTERS_INSTALLED_LIBRARIES}
   EXPORT FiltersCommonTargets
   LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}"
   ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}"
@@ -46,3 +51,9 @@ configure_file("${PROJECT_SOURCE_DIR}/cmake/filter_common.pc.in"
                "${PROJECT_BINARY_DIR}/filter_common.pc" @ONLY)
 install(FILES "${PROJECT_BINARY_DIR}/filter_common.pc"
   DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
+if(TARGET filter_rules)
+  configure_file("${PROJECT_SOURCE_DIR}/cmake/filter_rules.pc.in"
+                 "${PROJECT_BINARY_DIR}/filter_rules.pc" @ONLY)
+  install(FILES "${PROJECT_BINARY_DIR}/filter_rules.pc"
+    DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
+endif()

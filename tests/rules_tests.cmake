@@ -1,8 +1,19 @@
-# Tests of libfilter_rules, included from tests/CMakeLists.txt.
+# Tests of libfilter_rules (rule text), included from tests/CMakeLists.txt.
 
-# Group differences: the C++ interface, then a strict C11 client.
-filters_add_gtest(rules_diff_test rules_diff_test.cc groups_samples.cc)
-target_link_libraries(rules_diff_test PRIVATE FiltersCommon::filter_rules)
+# filters_add_rules_gtest(<name> <sources>...): a GoogleTest program of the
+# rules library; like filters_add_gtest, but linked to filter_rules.
+function(filters_add_rules_gtest name)
+  filters_add_gtest(${name} ${ARGN})
+  target_link_libraries(${name} PRIVATE FiltersCommon::filter_rules)
+endfunction()
+
+filters_add_rules_gtest(rules_roundtrip_test rules_roundtrip_test.cc)
+filters_add_rules_gtest(rules_errors_test rules_errors_test.cc)
+filters_add_rules_gtest(rules_syntax_test rules_syntax_test.cc)
+
+# Group differences: the C++ interface, the C headers on their own, and a
+# strict C11 client.
+filters_add_rules_gtest(rules_diff_test rules_diff_test.cc groups_samples.cc)
 foreach(c_header filter_group_diff_c filter_rules_c)
   add_library(c_api_header_${c_header} OBJECT c_api_header_c11.c)
   target_compile_definitions(c_api_header_${c_header} PRIVATE FILTERS_C_HEADER="FiltersCommon/${c_header}.h")

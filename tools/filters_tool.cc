@@ -22,11 +22,13 @@
 
 #include "FiltersCommon/filter_entries.h"
 #include "FiltersCommon/filter_groups.h"
+#include "FiltersCommon/filter_rules.h"
 #include "caps.h"
 #include "demo_group.h"
 #include "group_check.h"
 #include "json_form.h"
 #include "tool_input.h"
+#include "tool_rules.h"
 
 namespace filters_tool {
 
@@ -223,6 +225,43 @@ int runCaps(const Args& args) {
   return kOk;
 }
 
+int runShow(const Args& args) {
+  Notes notes;
+  std::string text;
+  if (args.flag("--entry")) {
+    const auto entry = readEntry(args.file(), inputForm(args), &notes);
+    text = FiltersCommon::formatEntryRule(*entry) + "\n";
+  } else {
+    const auto group = readGroup(args.file(), inputForm(args), &notes);
+    text = FiltersCommon::formatGroupRules(*group);
+  }
+  printNotes(notes);
+  std::cout << text;
+  return kOk;
+}
+
+int runCompile(const Args& args) {
+  const auto out = args.value("-o") ? args.value("-o") : args.value("--out");
+  const std::string path = out.value_or("-");
+  const bool hex = args.flag("--hex");
+  if (path == "-" && !hex && isatty(STDOUT_FILENO)) {
+    throw ToolError(
+        "compile: will not write bytes to a terminal; use -o PATH, --hex, or "
+        "a pipe");
+  }
+  // The whole input is compiled before anything is written.
+  const std::string data = readInput(args.file());
+  const std::string source = args.source();
+  std::string bytes;
+  if (args.flag("--entry")) {
+    compileEntryText(data, source)->serialize(&bytes);
+  } else {
+    compileGroupText(data, source)->serialize(&bytes);
+  }
+  writeOutput(path, hex ? encodeHex(bytes) : bytes);
+  return kOk;
+}
+
 // ---- Command table and help ----
 
 const std::vector<Command>& commands() {
@@ -255,7 +294,7 @@ const std::vector<Command>& commands() {
        "\n"
        "  --entry  the input is one entry, not a group\n"
        "  --hex    the input is hex text (two digits a byte, blanks allowed)\n"
-       "FILE may also hold JSON as to-json writes it.\n",
+       "FILE may also hold JSON as to-json writes it, or rule text.\n",
        runDump},
       {"to-json",
        "convert message bytes to JSON",
@@ -304,6 +343,38 @@ const std::vector<Command>& commands() {
        "\n"
        "  --hex  the input is hex text\n",
        runCheck},
+      {"show",
+       "print a group or an entry as rule text",
+       {{"--entry", false}, {"--hex", false}},
+       1,
+       "Usage: filters-tool show [--entry] [--hex] FILE|-\n"
+       "\n"
+       "Prints a group (or one entry with --entry) as rule text: a header\n"
+       "line, then one line per entry in ascending identifier (see\n"
+       "docs/rules.md). 'filters-tool compile' turns the text back into the\n"
+       "same group. The input is message bytes, hex text with --hex, JSON or\n"
+       "rule text; a message is loaded as any receiver loads it, and a note\n"
+       "on standard error says how many entries the group dropped.\n"
+       "\n"
+       "  --entry  the input is one entry, not a group\n"
+       "  --hex    the input is hex text\n",
+       runShow},
+      {"compile",
+       "compile rule text to message bytes",
+       {{"--entry", false}, {"--hex", false}, {"-o", true}, {"--out", true}},
+       1,
+       "Usage: filters-tool compile [--entry] [--hex] RULES|- [-o OUT]\n"
+       "\n"
+       "Compiles rule text (see docs/rules.md) into a group, inserting every\n"
+       "entry through the group's own checks, and writes its FiltersGroupPB\n"
+       "message bytes (a FiltersEntryPB with --entry). Every error is\n"
+       "reported as FILE:LINE:COLUMN: error: ..., and then nothing is\n"
+       "written and the exit status is 2.\n"
+       "\n"
+       "  --entry            the text holds one entry line, not a group\n"
+       "  --hex              write hex text instead of raw bytes\n"
+       "  -o, --out OUT      write to OUT instead of standard output\n",
+       runCompile},
       {"caps",
        "print what each stage and group type allows",
        {{"--stage", true}, {"--type", true}},
@@ -338,8 +409,9 @@ void printOverview(std::ostream& out) {
   }
   out << "\n"
          "FILE is a path, or - for standard input. Input is raw message\n"
-         "bytes, hex text with --hex, or JSON (recognised by its leading\n"
-         "'{'). Run 'filters-tool COMMAND --help' for a command's options.\n"
+         "bytes, hex text with --hex, JSON (recognised by its leading '{')\n"
+         "or rule text (recognised by its leading word or '#' comment). Run\n"
+         "'filters-tool COMMAND --help' for a command's options.\n"
          "\n"
          "Exit status: 0 on success, 1 when check finds entries to drop or\n"
          "the demo fails, 2 for a usage or input error.\n";
@@ -437,6 +509,9 @@ int main(int argc, char** argv) {
       throw filters_tool::ToolError("cannot write to standard output");
     }
     return status;
+  } catch (const filters_tool::RuleTextError& error) {
+    // The compiler's own lines, FILE:LINE:COLUMN first, as editors read them.
+    std::cerr << error.what();
   } catch (const filters_tool::ToolError& error) {
     std::cerr << "filters-tool: " << error.what() << '\n';
   } catch (const std::invalid_argument& error) {

@@ -10,6 +10,7 @@
 #include <sstream>
 
 #include "json_form.h"
+#include "tool_rules.h"
 
 namespace filters_tool {
 
@@ -30,20 +31,6 @@ std::string printable(char c) {
   return code.str();
 }
 
-// Whether `data` holds hex digits and blanks only. A group or entry message
-// never does: it starts with the tag of its identifier, byte 0x08.
-bool looksLikeHex(const std::string& data) {
-  bool digits = false;
-  for (char c : data) {
-    if (hexValue(c) >= 0) {
-      digits = true;
-    } else if (!std::isspace(static_cast<unsigned char>(c))) {
-      return false;
-    }
-  }
-  return digits;
-}
-
 // What the tool calls each message, how it reads its JSON, and what to tell
 // a user who gave the other message instead.
 template <class Message>
@@ -60,6 +47,10 @@ struct MessageKind<FiltersCommon::FiltersGroupPB> {
                                                 const std::string& source) {
     return groupFromJson(text, source);
   }
+  static FiltersCommon::FiltersGroupPB fromRules(const std::string& text,
+                                                 const std::string& source) {
+    return compileGroupText(text, source)->convertToFiltersGroupPB();
+  }
 };
 
 template <>
@@ -71,6 +62,12 @@ struct MessageKind<FiltersCommon::FiltersEntryPB> {
   static FiltersCommon::FiltersEntryPB fromJson(const std::string& text,
                                                 const std::string& source) {
     return entryFromJson(text, source);
+  }
+  static FiltersCommon::FiltersEntryPB fromRules(const std::string& text,
+                                                 const std::string& source) {
+    FiltersCommon::FiltersEntryPB message;
+    compileEntryText(text, source)->convertToFiltersEntryPB(&message);
+    return message;
   }
 };
 
@@ -168,6 +165,9 @@ Message readMessage(const std::string& data, const std::string& source,
     throw ToolError(source +
                     ": this looks like hex text; add --hex to read it");
   }
+  if (form.json && !form.hex && looksLikeRules(data)) {
+    return MessageKind<Message>::fromRules(data, source);
+  }
   Message message;
   parseBytes(form.hex ? decodeHex(data, source) : data, source, &message,
              notes);
@@ -175,6 +175,18 @@ Message readMessage(const std::string& data, const std::string& source,
 }
 
 }  // namespace
+
+bool looksLikeHex(const std::string& data) {
+  bool digits = false;
+  for (char c : data) {
+    if (hexValue(c) >= 0) {
+      digits = true;
+    } else if (!std::isspace(static_cast<unsigned char>(c))) {
+      return false;
+    }
+  }
+  return digits;
+}
 
 std::string readInput(const std::string& path) {
   const std::string name = path == "-" ? "standard input" : path;

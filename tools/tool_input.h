@@ -38,6 +38,10 @@ std::string decodeHex(const std::string& text, const std::string& source);
 // `bytes` as lower-case hex, sixteen space-separated bytes per line.
 std::string encodeHex(const std::string& bytes);
 
+// Whether `data` holds hex digits and blanks only. A group or entry message
+// never does: it starts with the tag of its identifier, byte 0x08.
+bool looksLikeHex(const std::string& data);
+
 // Whether `data` is JSON text rather than message bytes: its first
 // non-blank character (after a byte order mark) is '{', or '[' for JSON that
 // is no object. No FiltersGroupPB or FiltersEntryPB starts with either
@@ -54,13 +58,14 @@ struct InputForm {
   bool json = true;
 };
 
-// The message in `data` (from `source`), in the given form; JSON is read
-// whatever the form says. Bytes that do not parse, empty input, unreadable
-// JSON and the other message (an entry where a group is read, or the
-// reverse) are errors; a message that parses but lacks required fields, or
-// whose bytes are not those the message would be written as, gives a note.
-// Bytes followed by one zero byte, as a FiltersSerialized buffer holds them,
-// are read without it.
+// The message in `data` (from `source`), in the given form; JSON, and rule
+// text (see tool_rules.h) unless the form is hex, are read whatever the form
+// says; rule text is compiled, and its message is the compiled object's. Bytes
+// that do not parse, empty input, unreadable JSON and the other message (an
+// entry where a group is read, or the reverse) are errors; a message that
+// parses but lacks required fields, or whose bytes are not those the message
+// would be written as, gives a note. Bytes followed by one zero byte, as a
+// FiltersSerialized buffer holds them, are read without it.
 FiltersCommon::FiltersGroupPB readGroupMessage(const std::string& data,
                                                const std::string& source,
                                                const InputForm& form,

@@ -29,8 +29,8 @@
 #include <vector>
 
 #include "FiltersCommon/filter_entries.h"
+#include "FiltersCommon/filter_export.h"
 #include "FiltersCommon/filter_groups.h"
-#include "FiltersCommon/filter_rules_export.h"
 #include "FiltersCommon/filter_types.h"
 
 namespace FiltersCommon {
@@ -43,7 +43,7 @@ struct FiltersGroupHeader {
   filtersGroupType_t type = FILTERS_TYPE_NONE;
 };
 
-class FILTERS_RULES_EXPORT FiltersGroupDiff {
+class FILTERS_EXPORT FiltersGroupDiff {
  public:
   // The empty diff: both headers zero, no entry changes.
   FiltersGroupDiff() = default;
@@ -88,8 +88,8 @@ class FILTERS_RULES_EXPORT FiltersGroupDiff {
   filtersErr_t applyTo(FiltersGroup* group) const;
 
  private:
-  friend FILTERS_RULES_EXPORT FiltersGroupDiff
-  diffGroups(const FiltersGroup& from, const FiltersGroup& to);
+  friend FILTERS_EXPORT FiltersGroupDiff diffGroups(const FiltersGroup& from,
+                                                    const FiltersGroup& to);
 
   bool entriesUnchanged() const {
     return added_.empty() && removed_.empty() && changed_.empty();
@@ -106,8 +106,8 @@ class FILTERS_RULES_EXPORT FiltersGroupDiff {
 };
 
 // The difference that turns `from` into `to`. Walks both entry maps once.
-FILTERS_RULES_EXPORT FiltersGroupDiff diffGroups(const FiltersGroup& from,
-                                                 const FiltersGroup& to);
+FILTERS_EXPORT FiltersGroupDiff diffGroups(const FiltersGroup& from,
+                                           const FiltersGroup& to);
 
 }  // namespace FiltersCommon
 

@@ -36,8 +36,8 @@
 #endif
 
 #include "FiltersCommon/filter_entries_c.h"
+#include "FiltersCommon/filter_export.h"
 #include "FiltersCommon/filter_groups_c.h"
-#include "FiltersCommon/filter_rules_export.h"
 #include "FiltersCommon/filter_types.h"
 
 #ifdef __cplusplus
@@ -49,55 +49,52 @@ typedef struct FiltersGroupDiff FiltersGroupDiff;
 #endif
 
 /* The difference that turns `from` into `to`. */
-FILTERS_RULES_EXPORT FiltersGroupDiff* newFiltersGroupDiff(
-    const FiltersGroup* from, const FiltersGroup* to);
+FILTERS_EXPORT FiltersGroupDiff* newFiltersGroupDiff(const FiltersGroup* from,
+                                                     const FiltersGroup* to);
 /* Destroys `d` and the arrays and entries it holds. */
-FILTERS_RULES_EXPORT void deleteFiltersGroupDiff(FiltersGroupDiff* d);
+FILTERS_EXPORT void deleteFiltersGroupDiff(FiltersGroupDiff* d);
 
 /* 1 when the two groups were equal, 0 otherwise. */
-FILTERS_RULES_EXPORT int filtersGroupDiffIsEmpty(const FiltersGroupDiff* d);
+FILTERS_EXPORT int filtersGroupDiffIsEmpty(const FiltersGroupDiff* d);
 
 /* Each returns 1 when the field differs between the old and the new group
  * and 0 otherwise, and stores the old and the new value where the pointers
  * are not null. */
-FILTERS_RULES_EXPORT int filtersGroupDiffIdChanged(const FiltersGroupDiff* d,
-                                                   filtersGroupId_t* oldId,
-                                                   filtersGroupId_t* newId);
-FILTERS_RULES_EXPORT int filtersGroupDiffPriorityChanged(
+FILTERS_EXPORT int filtersGroupDiffIdChanged(const FiltersGroupDiff* d,
+                                             filtersGroupId_t* oldId,
+                                             filtersGroupId_t* newId);
+FILTERS_EXPORT int filtersGroupDiffPriorityChanged(
     const FiltersGroupDiff* d, filtersGroupPriority_t* oldPriority,
     filtersGroupPriority_t* newPriority);
-FILTERS_RULES_EXPORT int filtersGroupDiffStageChanged(
-    const FiltersGroupDiff* d, filtersGroupStage_t* oldStage,
-    filtersGroupStage_t* newStage);
-FILTERS_RULES_EXPORT int filtersGroupDiffTypeChanged(
-    const FiltersGroupDiff* d, filtersGroupType_t* oldType,
-    filtersGroupType_t* newType);
+FILTERS_EXPORT int filtersGroupDiffStageChanged(const FiltersGroupDiff* d,
+                                                filtersGroupStage_t* oldStage,
+                                                filtersGroupStage_t* newStage);
+FILTERS_EXPORT int filtersGroupDiffTypeChanged(const FiltersGroupDiff* d,
+                                               filtersGroupType_t* oldType,
+                                               filtersGroupType_t* newType);
 
 /* The number of entries added, removed and changed, and their identifiers
  * in ascending order (arrays of exactly that many elements). */
-FILTERS_RULES_EXPORT uint32_t
-filtersGroupDiffAddedCount(const FiltersGroupDiff* d);
-FILTERS_RULES_EXPORT const filtersEntryId_t* filtersGroupDiffAddedIds(
+FILTERS_EXPORT uint32_t filtersGroupDiffAddedCount(const FiltersGroupDiff* d);
+FILTERS_EXPORT const filtersEntryId_t* filtersGroupDiffAddedIds(
     const FiltersGroupDiff* d);
-FILTERS_RULES_EXPORT uint32_t
-filtersGroupDiffRemovedCount(const FiltersGroupDiff* d);
-FILTERS_RULES_EXPORT const filtersEntryId_t* filtersGroupDiffRemovedIds(
+FILTERS_EXPORT uint32_t filtersGroupDiffRemovedCount(const FiltersGroupDiff* d);
+FILTERS_EXPORT const filtersEntryId_t* filtersGroupDiffRemovedIds(
     const FiltersGroupDiff* d);
-FILTERS_RULES_EXPORT uint32_t
-filtersGroupDiffChangedCount(const FiltersGroupDiff* d);
-FILTERS_RULES_EXPORT const filtersEntryId_t* filtersGroupDiffChangedIds(
+FILTERS_EXPORT uint32_t filtersGroupDiffChangedCount(const FiltersGroupDiff* d);
+FILTERS_EXPORT const filtersEntryId_t* filtersGroupDiffChangedIds(
     const FiltersGroupDiff* d);
 
 /* A copy of the new group's entry `id` when it is added or changed; NULL
  * otherwise. */
-FILTERS_RULES_EXPORT FiltersEntry* filtersGroupDiffGetNewEntry(
+FILTERS_EXPORT FiltersEntry* filtersGroupDiffGetNewEntry(
     const FiltersGroupDiff* d, filtersEntryId_t id);
 
 /* Applies `d` to `g`: 0, or the code of the first operation the group
  * refuses, in which case `g` is unchanged (-3 when `g` lacks a removed
  * entry; -5 for a null pointer). */
-FILTERS_RULES_EXPORT filtersErr_t
-filtersGroupDiffApply(const FiltersGroupDiff* d, FiltersGroup* g);
+FILTERS_EXPORT filtersErr_t filtersGroupDiffApply(const FiltersGroupDiff* d,
+                                                  FiltersGroup* g);
 
 #ifdef __cplusplus
 } /* extern "C" */

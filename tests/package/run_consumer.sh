@@ -18,7 +18,7 @@ case "$mode" in
   pkgconfig)
     libdir=$(ls -d "$prefix"/lib*/pkgconfig | head -n1)
     export PKG_CONFIG_PATH="$libdir"
-    flags=$(pkg-config --cflags --libs filter_common)
+    flags=$(pkg-config --cflags --libs filter_rules)
     g++ -std=c++17 -Wall -Wextra -Werror "$consumer_src/consumer.cc" \
         -o "$work/consumer" $flags
     "$work/consumer"
