@@ -14,3 +14,11 @@ if(TARGET filters-tool)
             "$<TARGET_FILE:filters-tool>"
             "${CMAKE_CURRENT_BINARY_DIR}/tool_cli_test.work")
 endif()
+
+if(TARGET filters-tool)
+  # diff end to end: input forms, known differences, exit statuses, errors.
+  add_test(NAME tool_diff_test
+    COMMAND bash "${CMAKE_CURRENT_SOURCE_DIR}/tool_diff_test.sh"
+            "$<TARGET_FILE:filters-tool>"
+            "${CMAKE_CURRENT_BINARY_DIR}/tool_diff_test.work")
+endif()

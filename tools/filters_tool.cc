@@ -1,10 +1,12 @@
 // filters-tool: the command line over the filter library for people and
 // scripts. It builds a demo group, prints groups and entries from their wire
 // bytes, converts them to and from JSON, says which entries a group would
-// drop and why, and prints the validation tables.
+// drop and why, prints the difference of two groups, and prints the
+// validation tables.
 //
 // Every failure ends in one line on standard error, "filters-tool: ...", and
-// exit status 2; check exits with 1 when it finds entries to drop.
+// exit status 2; check exits with 1 when it finds entries to drop, and diff
+// when the groups differ.
 
 #include <google/protobuf/stubs/logging.h>
 #include <unistd.h>
@@ -27,6 +29,7 @@
 #include "demo_group.h"
 #include "group_check.h"
 #include "json_form.h"
+#include "tool_diff.h"
 #include "tool_input.h"
 #include "tool_rules.h"
 
@@ -68,7 +71,7 @@ struct Command {
   const char* name;
   const char* summary;
   std::vector<Option> options;
-  // The number of operands (FILE) the command takes: 0 or 1.
+  // The number of operands (FILE) the command takes: 0, 1 or 2.
   std::size_t operands;
   const char* help;
   int (*run)(const Args&);
@@ -262,6 +265,21 @@ int runCompile(const Args& args) {
   return kOk;
 }
 
+int runDiff(const Args& args) {
+  const std::string& oldPath = args.operands[0];
+  const std::string& newPath = args.operands[1];
+  if (oldPath == "-" && newPath == "-") {
+    throw ToolError("diff: OLD and NEW cannot both be standard input");
+  }
+  Notes notes;
+  const auto from = readGroup(oldPath, inputForm(args), &notes);
+  const auto to = readGroup(newPath, inputForm(args), &notes);
+  printNotes(notes);
+  const std::string text = groupDiffText(*from, *to);
+  std::cout << text;
+  return text.empty() ? kOk : kFound;
+}
+
 // ---- Command table and help ----
 
 const std::vector<Command>& commands() {
@@ -375,6 +393,27 @@ const std::vector<Command>& commands() {
        "  --hex              write hex text instead of raw bytes\n"
        "  -o, --out OUT      write to OUT instead of standard output\n",
        runCompile},
+      {"diff",
+       "print the entries and header that differ between two groups",
+       {{"--hex", false}},
+       2,
+       "Usage: filters-tool diff [--hex] OLD NEW\n"
+       "\n"
+       "Compares two groups and prints what turns OLD into NEW as rule text\n"
+       "(see docs/rules.md), in ascending entry identifier: '- ' and the\n"
+       "line of each removed entry, '+ ' and the line of each added entry,\n"
+       "and for each changed entry (same identifier, not equal) its old line\n"
+       "after '- ' and its new line after '+ '. A changed header\n"
+       "(identifier, priority, stage or type) comes first, likewise. Equal\n"
+       "groups print nothing. OLD and NEW are each message bytes, JSON or\n"
+       "rule text, or with --hex both hex text; a message is loaded as any\n"
+       "receiver loads it. One of them may be - for standard input.\n"
+       "\n"
+       "Exit status: 0 when the groups are equal, 1 when they differ, 2 on\n"
+       "an error.\n"
+       "\n"
+       "  --hex  both inputs are hex text\n",
+       runDiff},
       {"caps",
        "print what each stage and group type allows",
        {{"--stage", true}, {"--type", true}},
@@ -413,8 +452,9 @@ void printOverview(std::ostream& out) {
          "or rule text (recognised by its leading word or '#' comment). Run\n"
          "'filters-tool COMMAND --help' for a command's options.\n"
          "\n"
-         "Exit status: 0 on success, 1 when check finds entries to drop or\n"
-         "the demo fails, 2 for a usage or input error.\n";
+         "Exit status: 0 on success, 1 when check finds entries to drop,\n"
+         "diff finds differences or the demo fails, 2 for a usage or input\n"
+         "error.\n";
 }
 
 // Parses the arguments after the command name; throws ToolError for
@@ -459,7 +499,9 @@ std::optional<Args> parseArgs(const Command& command, int argc, char** argv) {
     }
   }
   if (args.operands.size() < command.operands) {
-    throw ToolError(prefix + "missing FILE (- reads standard input)" + hint);
+    const char* missing =
+        command.operands == 2 ? "needs two files, OLD and NEW" : "missing FILE";
+    throw ToolError(prefix + missing + " (- reads standard input)" + hint);
   }
   if (args.operands.size() > command.operands) {
     throw ToolError(prefix + "unexpected argument '" +
