@@ -238,6 +238,7 @@ class Compiler {
     bool dscp = false;
     uint8_t tos = 0;
     Token idToken;
+    bool idParsed = false;
     std::optional<policer::Policer> policer;
     std::optional<policer::Policer> parent;
   };
@@ -249,6 +250,7 @@ class Compiler {
     uint32_t id = 0;
     if (!number(entryWord, "entry", 0xFFFFFFFF, &id)) return false;
     extras->idToken = tokens_[pos_ - 1];
+    extras->idParsed = true;
     pb->set_id_(id);
     pb->set_priority_(0);
     std::set<filtersMatch_t> matchKinds;
@@ -903,8 +905,11 @@ std::unique_ptr<FiltersGroup> compileGroupRules(
                        "with 'group ID ...'");
         return;
       }
-      if (!compiler.parseEntry(&pb, &extras)) return;
+      const bool parsed = compiler.parseEntry(&pb, &extras);
+      // An identifier is taken even by a line with errors in its rest.
+      if (!extras.idParsed) return;
       const auto [at, fresh] = entryLines.emplace(pb.id_(), compiler.line());
+      if (!parsed) return;
       if (!fresh) {
         compiler.error(extras.idToken,
                        "entry " + std::to_string(pb.id_()) +
