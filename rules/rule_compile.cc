@@ -132,16 +132,7 @@ std::string expected(const KindRow<PB>& row) {
 class Compiler {
  public:
   Compiler(const std::string& file, std::vector<RuleError>* errors)
-      : file_(file), errors_(errors) {
-    for (const MatchRow& row : matchRows())
-      addKeyword(row.keyword, &row, nullptr);
-    for (const ActionRow& row : actionRows())
-      addKeyword(row.keyword, nullptr, &row);
-    entryKeywords_.push_back("dscp");
-    for (const char* word : {"priority", "counter", "policer", "parent"}) {
-      entryKeywords_.push_back(word);
-    }
-  }
+      : file_(file), errors_(errors), index_(KeywordIndex::get()) {}
 
   bool failed() const { return errorCount_ > 0; }
 
@@ -259,15 +250,15 @@ class Compiler {
     std::set<uint32_t> counterIds;
     while (more()) {
       const Token& word = next();
-      const auto found = keywords_.find(word.text);
-      if (found != keywords_.end() && found->second.match != nullptr) {
+      const auto found = index_.rows.find(word.text);
+      if (found != index_.rows.end() && found->second.match != nullptr) {
         const MatchRow& row = *found->second.match;
         const auto kind = static_cast<filtersMatch_t>(row.kind);
         if (!admitMatch(word, kind, &matchKinds)) return false;
         MatchPB* match = pb->add_matches_();
         match->set_type_(static_cast<uint32_t>(kind));
         if (!value(word, row, match)) return false;
-      } else if (found != keywords_.end()) {
+      } else if (found != index_.rows.end()) {
         const ActionRow& row = *found->second.action;
         if (!actionKinds.insert(row.kind).second) {
           return error(word, "action " + quoted(word.text) + " is given twice");
@@ -312,7 +303,7 @@ class Compiler {
           if (!policerBlock(word, &*slot)) return false;
         }
       } else {
-        const std::string hint = suggestion(word.text, entryKeywords_);
+        const std::string hint = suggestion(word.text, index_.all);
         return error(word,
                      "unknown keyword " + quoted(word.text) +
                          (hint.empty() ? "; expected a match, an action, "
@@ -331,11 +322,31 @@ class Compiler {
     const ActionRow* action;
   };
 
-  void addKeyword(const char* word, const MatchRow* match,
-                  const ActionRow* action) {
-    keywords_[word] = Keyword{match, action};
-    entryKeywords_.push_back(word);
-  }
+  // Every keyword of an entry line, built once.
+  struct KeywordIndex {
+    std::map<std::string_view, Keyword> rows;
+    std::vector<std::string_view> all;  // for suggestions
+
+    static const KeywordIndex& get() {
+      static const KeywordIndex index;
+      return index;
+    }
+
+   private:
+    KeywordIndex() {
+      for (const MatchRow& row : matchRows()) add(row.keyword, {&row, nullptr});
+      for (const ActionRow& row : actionRows())
+        add(row.keyword, {nullptr, &row});
+      for (const char* word :
+           {"dscp", "priority", "counter", "policer", "parent"}) {
+        all.push_back(word);
+      }
+    }
+    void add(const char* word, Keyword keyword) {
+      rows[word] = keyword;
+      all.push_back(word);
+    }
+  };
 
   static const std::string& defaultPolicer() {
     static const std::string bytes = policer::Policer().Serialize();
@@ -840,8 +851,7 @@ class Compiler {
   unsigned line_ = 0;
   std::vector<Token> tokens_;
   std::size_t pos_ = 0;
-  std::map<std::string_view, Keyword> keywords_;
-  std::vector<std::string_view> entryKeywords_;
+  const KeywordIndex& index_;
 };
 
 // The entry that `pb` and `extras` describe, loaded as the library loads an
