@@ -42,10 +42,10 @@ FiltersGroup MakeGroup(int n) {
     entry.setAction(ActionMapToCosQueue(static_cast<unsigned char>(i % 8)));
     entry.setCounter(Counter(1, COUNTER_TYPE_PACKETS));
     if (i % 4 == 0) {
-      entry.setPolicer(policer::Policer(
-          static_cast<uint32_t>(i), policer::STAGE_INGRESS,
-          policer::Mode::SrTcm(1000, 2000, 3000),
-          {policer::Action::Drop(policer::COLOR_RED)}));
+      entry.setPolicer(
+          policer::Policer(static_cast<uint32_t>(i), policer::STAGE_INGRESS,
+                           policer::Mode::SrTcm(1000, 2000, 3000),
+                           {policer::Action::Drop(policer::COLOR_RED)}));
     }
     group.insertEntry(entry);
   }
