@@ -74,6 +74,15 @@ std::string suggestion(std::string_view word,
   return "; did you mean '" + std::string(best) + "'?";
 }
 
+// What a value should look like, given as text or, where building the text
+// costs, as a function that builds it only for an error.
+std::string describe(const std::string& what) { return what; }
+std::string describe(const char* what) { return what; }
+template <class Build>
+auto describe(const Build& build) -> decltype(build(), std::string()) {
+  return build();
+}
+
 std::string quoted(std::string_view text) {
   return "'" + std::string(text) + "'";
 }
@@ -132,16 +141,7 @@ std::string expected(const KindRow<PB>& row) {
 class Compiler {
  public:
   Compiler(const std::string& file, std::vector<RuleError>* errors)
-      : file_(file), errors_(errors) {
-    for (const MatchRow& row : matchRows())
-      addKeyword(row.keyword, &row, nullptr);
-    for (const ActionRow& row : actionRows())
-      addKeyword(row.keyword, nullptr, &row);
-    entryKeywords_.push_back("dscp");
-    for (const char* word : {"priority", "counter", "policer", "parent"}) {
-      entryKeywords_.push_back(word);
-    }
-  }
+      : file_(file), errors_(errors), index_(KeywordIndex::get()) {}
 
   bool failed() const { return errorCount_ > 0; }
 
@@ -253,25 +253,28 @@ class Compiler {
     extras->idParsed = true;
     pb->set_id_(id);
     pb->set_priority_(0);
-    std::set<filtersMatch_t> matchKinds;
-    std::set<int> actionKinds;
-    std::set<std::string_view> entryWords;
-    std::set<uint32_t> counterIds;
+    // Kinds and keywords seen on this line, as bit sets.
+    uint64_t matchKinds = 0;
+    uint32_t actionKinds = 0;
+    bool seenPriority = false;
+    std::vector<uint32_t> counterIds;
     while (more()) {
       const Token& word = next();
-      const auto found = keywords_.find(word.text);
-      if (found != keywords_.end() && found->second.match != nullptr) {
+      const auto found = index_.rows.find(word.text);
+      if (found != index_.rows.end() && found->second.match != nullptr) {
         const MatchRow& row = *found->second.match;
         const auto kind = static_cast<filtersMatch_t>(row.kind);
         if (!admitMatch(word, kind, &matchKinds)) return false;
         MatchPB* match = pb->add_matches_();
         match->set_type_(static_cast<uint32_t>(kind));
         if (!value(word, row, match)) return false;
-      } else if (found != keywords_.end()) {
+      } else if (found != index_.rows.end()) {
         const ActionRow& row = *found->second.action;
-        if (!actionKinds.insert(row.kind).second) {
+        const uint32_t bit = uint32_t{1} << row.kind;
+        if ((actionKinds & bit) != 0) {
           return error(word, "action " + quoted(word.text) + " is given twice");
         }
+        actionKinds |= bit;
         ActionPB* action = pb->add_actions_();
         action->set_type_(static_cast<uint32_t>(row.kind));
         if (!value(word, row, action)) return false;
@@ -289,19 +292,24 @@ class Compiler {
         const Token idToken = tokens_[pos_ - 1];
         if (!named(word, "counter type", kCounterTypeNames, &type))
           return false;
-        if (!counterIds.insert(counterId).second) {
+        if (std::find(counterIds.begin(), counterIds.end(), counterId) !=
+            counterIds.end()) {
           return error(idToken, "counter " + std::to_string(counterId) +
                                     " is given twice");
         }
+        counterIds.push_back(counterId);
         CounterPB* counter = pb->add_counters_();
         counter->set_id(static_cast<int32_t>(counterId));
         counter->set_type(type);
       } else if (word.text == "priority" || word.text == "policer" ||
                  word.text == "parent") {
-        if (!entryWords.insert(word.text).second) {
-          return error(word, quoted(word.text) + " is given twice");
-        }
+        const bool again = word.text == "priority" ? seenPriority
+                           : word.text == "policer"
+                               ? extras->policer.has_value()
+                               : extras->parent.has_value();
+        if (again) return error(word, quoted(word.text) + " is given twice");
         if (word.text == "priority") {
+          seenPriority = true;
           uint32_t priority = 0;
           if (!number(word, "priority", 0xFFFFFFFF, &priority)) return false;
           pb->set_priority_(priority);
@@ -312,7 +320,7 @@ class Compiler {
           if (!policerBlock(word, &*slot)) return false;
         }
       } else {
-        const std::string hint = suggestion(word.text, entryKeywords_);
+        const std::string hint = suggestion(word.text, index_.all);
         return error(word,
                      "unknown keyword " + quoted(word.text) +
                          (hint.empty() ? "; expected a match, an action, "
@@ -331,11 +339,31 @@ class Compiler {
     const ActionRow* action;
   };
 
-  void addKeyword(const char* word, const MatchRow* match,
-                  const ActionRow* action) {
-    keywords_[word] = Keyword{match, action};
-    entryKeywords_.push_back(word);
-  }
+  // Every keyword of an entry line, built once.
+  struct KeywordIndex {
+    std::map<std::string_view, Keyword> rows;
+    std::vector<std::string_view> all;  // for suggestions
+
+    static const KeywordIndex& get() {
+      static const KeywordIndex index;
+      return index;
+    }
+
+   private:
+    KeywordIndex() {
+      for (const MatchRow& row : matchRows()) add(row.keyword, {&row, nullptr});
+      for (const ActionRow& row : actionRows())
+        add(row.keyword, {nullptr, &row});
+      for (const char* word :
+           {"dscp", "priority", "counter", "policer", "parent"}) {
+        all.push_back(word);
+      }
+    }
+    void add(const char* word, Keyword keyword) {
+      rows[word] = keyword;
+      all.push_back(word);
+    }
+  };
 
   static const std::string& defaultPolicer() {
     static const std::string bytes = policer::Policer().Serialize();
@@ -371,29 +399,32 @@ class Compiler {
   const Token& next() { return tokens_[pos_++]; }
 
   // The token after `word`, or an error saying what `word` needs.
-  const Token* valueOf(const Token& word, const std::string& what) {
+  template <class What>
+  const Token* valueOf(const Token& word, const What& what) {
     if (!more() || tokens_[pos_].text == "{" || tokens_[pos_].text == "}") {
-      error(word, quoted(word.text) + " needs a value: " + what);
+      error(word, quoted(word.text) + " needs a value: " + describe(what));
       return nullptr;
     }
     return &next();
   }
 
+  template <class What>
   bool badValue(const Token& token, std::string_view part, std::size_t offset,
-                std::string_view keyword, const std::string& what,
-                bool outOfRange) {
+                std::string_view keyword, const What& what, bool outOfRange) {
     return error(
         token,
         quoted(part) +
             (outOfRange ? " is out of range for " : " is not valid for ") +
-            quoted(keyword) + ": expected " + what,
+            quoted(keyword) + ": expected " + describe(what),
         offset);
   }
 
   // One unsigned number up to `max` after `word`.
   bool number(const Token& word, std::string_view keyword, uint64_t max,
               uint32_t* out) {
-    const std::string what = "a number from 0 to " + std::to_string(max);
+    const auto what = [max] {
+      return "a number from 0 to " + std::to_string(max);
+    };
     const Token* token = valueOf(word, what);
     if (token == nullptr) return false;
     bool malformed = false;
@@ -408,8 +439,9 @@ class Compiler {
   // A name of `names` or a signed 32-bit number after `word`.
   bool named(const Token& word, std::string_view keyword, const Names& names,
              int32_t* out) {
-    const std::string what =
-        names.list() + " or a number from -2147483648 to 2147483647";
+    const auto what = [&names] {
+      return names.list() + " or a number from -2147483648 to 2147483647";
+    };
     const Token* token = valueOf(word, what);
     if (token == nullptr) return false;
     if (const auto value = names.find(token->text)) {
@@ -428,9 +460,8 @@ class Compiler {
 
   // The IPv4/IPv6 and destination-port rules of the entry, checked here so
   // that the entry never drops a match silently while loading.
-  bool admitMatch(const Token& word, filtersMatch_t kind,
-                  std::set<filtersMatch_t>* held) {
-    if (held->count(kind) != 0) {
+  bool admitMatch(const Token& word, filtersMatch_t kind, uint64_t* held) {
+    if ((*held >> kind & 1) != 0) {
       return error(word,
                    kind == FILTERS_MATCH_TOS
                        ? "a ToS or DSCP match is given twice (tos and "
@@ -441,8 +472,8 @@ class Compiler {
                            const std::set<filtersMatch_t>& theirs,
                            const char* why) {
       if (mine.count(kind) == 0) return false;
-      for (filtersMatch_t other : *held) {
-        if (theirs.count(other) != 0 && other != kind) {
+      for (filtersMatch_t other : theirs) {
+        if ((*held >> other & 1) != 0 && other != kind) {
           error(word, "match " + quoted(word.text) + " cannot stand beside " +
                           quoted(matchRows()[other].keyword) + ": " + why);
           return true;
@@ -463,12 +494,12 @@ class Compiler {
               FiltersEntry::l4DstPortMatchTypes, l4)) {
       return false;
     }
-    held->insert(kind);
+    *held |= uint64_t{1} << kind;
     return true;
   }
 
   bool dscp(const Token& word, uint8_t* tos) {
-    const std::string what =
+    const char* what =
         "a DSCP from 0 to 63, and ':n' (0 to 3) for the two low ToS bits";
     const Token* token = valueOf(word, what);
     if (token == nullptr) return false;
@@ -512,7 +543,7 @@ class Compiler {
   bool value(const Token& word, const KindRow<PB>& row, PB* pb) {
     const Fields<PB>& f = row.fields;
     if (row.value == Value::kNone) return true;
-    const std::string what = expected(row);
+    const auto what = [&row] { return expected(row); };
     const Token* token = valueOf(word, what);
     if (token == nullptr) return false;
     const std::string_view text = token->text;
@@ -521,7 +552,7 @@ class Compiler {
                          bool outOfRange, uint64_t max = 0) {
       return badValue(
           *token, part, offset, word.text,
-          outOfRange ? "a number from 0 to " + std::to_string(max) : what,
+          outOfRange ? "a number from 0 to " + std::to_string(max) : what(),
           outOfRange);
     };
     bool malformed = false;
@@ -818,7 +849,7 @@ class Compiler {
 
   std::optional<policer::Action> colorAction(const Token& color,
                                              policer::Color which) {
-    const std::string what = "drop, set-pcp N or set-dscp N";
+    const char* what = "drop, set-pcp N or set-dscp N";
     const Token* token = valueOf(color, what);
     if (token == nullptr) return std::nullopt;
     if (token->text == "drop") return policer::Action::Drop(which);
@@ -840,8 +871,7 @@ class Compiler {
   unsigned line_ = 0;
   std::vector<Token> tokens_;
   std::size_t pos_ = 0;
-  std::map<std::string_view, Keyword> keywords_;
-  std::vector<std::string_view> entryKeywords_;
+  const KeywordIndex& index_;
 };
 
 // The entry that `pb` and `extras` describe, loaded as the library loads an

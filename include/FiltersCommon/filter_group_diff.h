@@ -16,7 +16,8 @@
 //
 // Ownership: a diff owns its data. It shares the new entries, which it never
 // changes, between its copies; the groups it was made from may change or be
-// destroyed afterwards.
+// destroyed afterwards. As with every copy of an entry, an entry's parent
+// policer object stays shared with the group's entry it was copied from.
 //
 // Thread safety: a diff is immutable after construction, so any number of
 // threads may read it and apply it to different groups at once. Applying
