@@ -3,50 +3,8 @@
 # errors a user meets. Usage: tool_cli_test.sh PATH/TO/filters-tool WORKDIR
 set -u
 
-tool=$1
-work=$2
-rm -rf "$work"
-mkdir -p "$work"
-cd "$work" || exit 2
-
-failures=0
-checks=0
-last=""
-
-fail() {
-  echo "FAIL: $* [filters-tool $last]"
-  failures=$((failures + 1))
-}
-
-# run EXPECTED_STATUS ARGS...: runs the tool, stdout to out.txt, stderr to
-# err.txt, and checks the exit status.
-run() {
-  local expected=$1
-  shift
-  last="$*"
-  "$tool" "$@" >out.txt 2>err.txt
-  local status=$?
-  checks=$((checks + 1))
-  [[ $status == "$expected" ]] || fail "exit status $status, expected $expected"
-}
-
-# has FILE LINE: FILE holds LINE as a whole line.
-has() {
-  checks=$((checks + 1))
-  grep -qxF -- "$2" "$1" || fail "$1 lacks the line '$2'"
-}
-
-# quiet: nothing on standard error.
-quiet() {
-  checks=$((checks + 1))
-  [[ ! -s err.txt ]] || fail "unexpected stderr: $(cat err.txt)"
-}
-
-# same FILE1 FILE2: byte-identical files.
-same() {
-  checks=$((checks + 1))
-  cmp -s "$1" "$2" || fail "$1 and $2 differ"
-}
+# shellcheck source=cli_harness.sh
+source "$(dirname "${BASH_SOURCE[0]}")/cli_harness.sh" "$1" "$2"
 
 # error STATUS MESSAGE ARGS...: the tool fails with STATUS, prints nothing on
 # stdout and exactly the one line MESSAGE on stderr.

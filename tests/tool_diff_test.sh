@@ -4,38 +4,8 @@
 # with their exit statuses. Usage: tool_diff_test.sh PATH/TO/filters-tool WORKDIR
 set -u
 
-tool=$1
-work=$2
-rm -rf "$work"
-mkdir -p "$work"
-cd "$work" || exit 2
-
-failures=0
-checks=0
-last=""
-
-fail() {
-  echo "FAIL: $* [filters-tool $last]"
-  failures=$((failures + 1))
-}
-
-# run EXPECTED_STATUS ARGS...: runs the tool, stdout to out.txt, stderr to
-# err.txt, and checks the exit status.
-run() {
-  local expected=$1
-  shift
-  last="$*"
-  "$tool" "$@" >out.txt 2>err.txt
-  local status=$?
-  checks=$((checks + 1))
-  [[ $status == "$expected" ]] || fail "exit status $status, expected $expected"
-}
-
-# quiet: nothing on standard error.
-quiet() {
-  checks=$((checks + 1))
-  [[ ! -s err.txt ]] || fail "unexpected stderr: $(cat err.txt)"
-}
+# shellcheck source=cli_harness.sh
+source "$(dirname "${BASH_SOURCE[0]}")/cli_harness.sh" "$1" "$2"
 
 # output TEXT: standard output is exactly TEXT.
 output() {
