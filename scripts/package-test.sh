@@ -4,7 +4,8 @@
 #   scripts/package-test.sh [DIR]     default build/packages (scripts/package.sh)
 # With the packages installed it builds and runs the consumer in
 # tests/package/consumer through find_package(FiltersCommon) and through
-# pkg-config, builds the C examples as strict C11 against the C headers
+# pkg-config, checks that the ldconfig trigger put every library into the
+# linker's cache, builds the C examples as strict C11 against the C headers
 # through pkg-config, runs the installed `filters-tool demo` and imports the
 # Python module when its package is there. Then it purges every package the
 # installation added and checks that the list of installed packages and the
@@ -68,6 +69,18 @@ trap 'purge_added; rm -rf "$work"' EXIT
 echo "package-test: installing ${names[*]}"
 apt_get install --no-install-recommends "${debs[@]}" >"$work/install.log" 2>&1 ||
   { cat "$work/install.log" >&2; echo "package-test: install failed" >&2; exit 1; }
+
+# The ldconfig trigger ran: the dynamic linker's cache knows every library.
+cached=0
+for deb in "${debs[@]}"; do
+  while read -r soname; do
+    /sbin/ldconfig -p | grep -q "^[[:space:]]*$soname " ||
+      { echo "package-test: $soname is not in the ldconfig cache" >&2; exit 1; }
+    cached=$((cached + 1))
+  done < <(dpkg-deb --ctrl-tarfile "$deb" | tar -xO --wildcards '*shlibs' 2>/dev/null |
+           awk '{print $1 ".so." $2}')
+done
+echo "package-test: $cached libraries in the ldconfig cache"
 
 consumer=$repo/tests/package/consumer
 echo "package-test: consumer through find_package(FiltersCommon)"
