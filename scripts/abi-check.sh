@@ -77,7 +77,7 @@ for entry in "${libraries[@]}"; do
     echo "abi-check: $name: $file not built" >&2
     exit 2
   fi
-  if ! readelf -S "$file" | grep -q '\.debug_info'; then
+  if [[ $(readelf -S "$file" | grep -c '\.debug_info') == 0 ]]; then
     echo "abi-check: $name: $file has no debug information" >&2
     exit 2
   fi
