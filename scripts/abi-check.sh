@@ -100,7 +100,7 @@ for entry in "${libraries[@]}"; do
   # abidiff's status is a bit set: 1 error, 2 usage, 4 a change, 8 a change
   # known to be incompatible. Changes to existing functions and types (a layout,
   # an enumerator value) set only 4, as additions do: run it again without the
-  # additions to tell them apart.
+  # additions to tell them apart (unless 8 settles it).
   status=0
   abidiff "$baseline" "$current" >"$work/$name.diff" 2>&1 || status=$?
   if ((status & 3)); then
@@ -112,8 +112,10 @@ for entry in "${libraries[@]}"; do
     echo "$name: ABI unchanged"
     continue
   fi
-  breaking=0
-  abidiff --no-added-syms "$baseline" "$current" >/dev/null 2>&1 || breaking=$?
+  breaking=$((status & 8))
+  if ((!breaking)); then
+    abidiff --no-added-syms "$baseline" "$current" >/dev/null 2>&1 || breaking=$?
+  fi
   if ((breaking == 0)); then
     echo "$name: compatible additions:"
     sed 's/^/  /' "$work/$name.diff"
