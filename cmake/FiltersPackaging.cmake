@@ -99,7 +99,7 @@ foreach(library ${FILTERS_RUNTIME_LIBRARIES})
       "${PROJECT_SOURCE_DIR}/packaging/postinst"
       "${PROJECT_SOURCE_DIR}/packaging/postrm")
   string(APPEND FILTERS_DEB_SHLIBS
-         "lib${library} ${soversion} ${package} (>= ${PROJECT_VERSION})\n")
+         "lib${library} ${soversion} ${package} (>= ${FILTERS_DEB_VERSION})\n")
   list(APPEND FILTERS_DEB_RUNTIME_PACKAGES "${package} (= ${FILTERS_DEB_VERSION})")
 endforeach()
 
