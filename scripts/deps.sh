@@ -7,6 +7,13 @@ packages=(cmake make g++ gcc pkg-config libprotobuf-dev protobuf-compiler
 if [[ "${FILTERS_WITH_CLANG:-0}" == 1 ]]; then
   packages+=(clang libclang-rt-14-dev)
 fi
+# Debian packages (scripts/package.sh) and the ABI guard (scripts/abi-check.sh).
+if [[ "${FILTERS_WITH_PACKAGING:-0}" == 1 ]]; then
+  packages+=(dpkg-dev file binutils fakeroot lintian help2man)
+fi
+if [[ "${FILTERS_WITH_ABI:-0}" == 1 ]]; then
+  packages+=(abigail-tools binutils)
+fi
 
 missing=()
 for p in "${packages[@]}"; do

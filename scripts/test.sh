@@ -1,11 +1,16 @@
 #!/usr/bin/env bash
 # Builds the library from scratch and runs the whole test suite.
 #   scripts/test.sh            configure, build and run CTest in build/
-# Under CI=true it builds with -Werror and then runs the suite a second time
+# Under CI=true it builds with -Werror, checks the ABI, builds and tests the
+# Debian packages, and then runs the suite a second time
 # built with AddressSanitizer and UndefinedBehaviorSanitizer.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
+# CI also guards the ABI and builds, installs and removes the Debian packages.
+if [[ "${CI:-}" == "true" ]]; then
+  export FILTERS_WITH_ABI=1 FILTERS_WITH_PACKAGING=1
+fi
 bash scripts/deps.sh
 
 jobs=$(nproc 2>/dev/null || echo 2)
@@ -26,6 +31,9 @@ if [[ "${CI:-}" == "true" ]]; then
   if command -v clang-format >/dev/null; then
     bash scripts/lint.sh
   fi
+  bash scripts/abi-check.sh build
+  bash scripts/package.sh build
+  bash scripts/package-test.sh build/packages
   # Any sanitizer report fails the run: the sanitizers abort on the first one.
   export ASAN_OPTIONS=abort_on_error=1:detect_leaks=1
   export UBSAN_OPTIONS=halt_on_error=1:print_stacktrace=1
