@@ -25,20 +25,28 @@ done
 
 bash scripts/deps.sh
 
+out=$(mktemp -t filters-bench.XXXXXX)
+log=$(mktemp -t filters-bench-build.XXXXXX)
+trap 'rm -f "$out" "$log"' EXIT
+# The build's output is shown only when it fails.
+build_step() {
+  if ! "$@" >"$log" 2>&1; then
+    cat "$log" >&2
+    echo "bench/run.sh: build failed; its output is above" >&2
+    exit 1
+  fi
+}
 if [[ -f "$build/CMakeCache.txt" ]]; then
-  cmake -S . -B "$build" -DFILTERS_BUILD_BENCHMARKS=ON >/dev/null
+  build_step cmake -S . -B "$build" -DFILTERS_BUILD_BENCHMARKS=ON
 else
-  cmake -S . -B "$build" -DCMAKE_BUILD_TYPE=Release \
+  build_step cmake -S . -B "$build" -DCMAKE_BUILD_TYPE=Release \
         -DFILTERS_BUILD_BENCHMARKS=ON -DFILTERS_BUILD_TESTS=OFF \
         -DFILTERS_BUILD_TOOLS=OFF -DFILTERS_BUILD_RULES=OFF \
-        -DFILTERS_BUILD_EXAMPLES=OFF >/dev/null
+        -DFILTERS_BUILD_EXAMPLES=OFF
 fi
 type=$(sed -n 's/^CMAKE_BUILD_TYPE:[A-Z]*=//p' "$build/CMakeCache.txt")
-cmake --build "$build" -j "$(nproc 2>/dev/null || echo 2)" \
-      --target compare_bench memory_bench >/dev/null
-
-out=$(mktemp -t filters-bench.XXXXXX)
-trap 'rm -f "$out"' EXIT
+build_step cmake --build "$build" -j "$(nproc 2>/dev/null || echo 2)" \
+      --target compare_bench memory_bench
 echo "== time (build type ${type:-none}) =="
 "$build/bench/compare_bench" "${args[@]}" | tee -a "$out" | grep -v '^figure '
 echo "== heap =="
