@@ -71,3 +71,11 @@ def action_class(kind: int) -> type:
 __all__ = sorted(
     name for name in dir() if not name.startswith("_") and name not in ("annotations",)
 )
+
+# The public classes are documented and pickled under the package's name,
+# not under the private modules that define them.
+for _name in __all__:
+    _obj = globals()[_name]
+    if isinstance(_obj, type) and _obj.__module__.startswith("filters_common._"):
+        _obj.__module__ = "filters_common"
+del _name, _obj

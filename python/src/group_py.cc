@@ -273,10 +273,8 @@ void bindGroup(py::module_& m) {
                     std::to_string(g.getType()) + ", " +
                     std::to_string(g.getEntriesRef().size()) + " entries>";
            })
-      .def("__eq__",
-           [](const FiltersGroup& a, const FiltersGroup& b) { return a == b; })
-      .def("__ne__",
-           [](const FiltersGroup& a, const FiltersGroup& b) { return a != b; })
+      .def("__eq__", &equals<FiltersGroup>, py::is_operator())
+      .def("__ne__", &differs<FiltersGroup>, py::is_operator())
       .def("__copy__", [](const FiltersGroup& g) { return FiltersGroup(g); })
       .def("__deepcopy__",
            [](const FiltersGroup& g, py::object) { return FiltersGroup(g); });

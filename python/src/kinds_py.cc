@@ -584,22 +584,8 @@ const char* familyHelp(Value value) {
 // comparison dispatches on the kind as the library does.
 template <class Base, class Cls>
 void addValueMethods(Cls& cls) {
-  cls.def(
-      "__eq__",
-      [](const Base& self, py::object other) -> py::object {
-        if (!py::isinstance<Base>(other))
-          return py::reinterpret_borrow<py::object>(Py_NotImplemented);
-        return py::bool_(self == other.cast<const Base&>());
-      },
-      py::is_operator());
-  cls.def(
-      "__ne__",
-      [](const Base& self, py::object other) -> py::object {
-        if (!py::isinstance<Base>(other))
-          return py::reinterpret_borrow<py::object>(Py_NotImplemented);
-        return py::bool_(!(self == other.cast<const Base&>()));
-      },
-      py::is_operator());
+  cls.def("__eq__", &equals<Base>, py::is_operator());
+  cls.def("__ne__", &differs<Base>, py::is_operator());
   // Objects never change after construction, so they may be hashed: by
   // their wire message, which equal objects share.
   cls.def("__hash__", [](const Base& self) {

@@ -483,9 +483,8 @@ void bindEntry(py::module_& m) {
              return "<FiltersEntry " + std::to_string(e.getId()) + ": " +
                     formatEntryRule(e) + ">";
            })
-      .def(py::self == py::self)
-      .def("__ne__", [](const FiltersEntry& a,
-                        const FiltersEntry& b) { return !(a == b); })
+      .def("__eq__", &equals<FiltersEntry>, py::is_operator())
+      .def("__ne__", &differs<FiltersEntry>, py::is_operator())
       .def("__copy__", [](const FiltersEntry& e) { return FiltersEntry(e); })
       .def("__deepcopy__",
            [](const FiltersEntry& e, py::object) { return FiltersEntry(e); });

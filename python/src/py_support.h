@@ -57,6 +57,23 @@ py::object asEnum(const char* enumName, int64_t value);
 // `enumName`, the number otherwise.
 std::string enumSource(const char* enumName, int64_t value);
 
+// __eq__ and __ne__ of a class by T::operator==: NotImplemented for an
+// object of another type, so that Python falls back as for its own types.
+template <class T>
+py::object equals(const T& a, py::object b) {
+  if (!py::isinstance<T>(b)) {
+    return py::reinterpret_borrow<py::object>(Py_NotImplemented);
+  }
+  return py::bool_(a == b.cast<const T&>());
+}
+template <class T>
+py::object differs(const T& a, py::object b) {
+  if (!py::isinstance<T>(b)) {
+    return py::reinterpret_borrow<py::object>(Py_NotImplemented);
+  }
+  return py::bool_(!(a == b.cast<const T&>()));
+}
+
 // The dump the library's operator<< writes for `value`.
 template <class T>
 std::string dumpOf(const T& value) {

@@ -157,3 +157,10 @@ def test_group_identifier_is_16_bits():
         fc.FiltersGroup(65536)
     with pytest.raises(TypeError):
         fc.FiltersGroup("1")
+
+
+def test_comparison_with_other_types_is_false_not_an_error():
+    assert fc.FiltersGroup(1) != 1
+    assert not fc.FiltersGroup(1) == "group"
+    assert fc.FiltersEntry(1) != fc.FiltersGroup(1)
+    assert fc.MatchAll() != fc.ActionPermit()
