@@ -3,7 +3,8 @@
 set -euo pipefail
 
 packages=(cmake make g++ gcc pkg-config libprotobuf-dev protobuf-compiler
-          libgtest-dev libgmock-dev libbenchmark-dev valgrind)
+          libgtest-dev libgmock-dev libbenchmark-dev valgrind
+          python3-dev pybind11-dev python3-pytest python3-protobuf)
 if [[ "${FILTERS_WITH_CLANG:-0}" == 1 ]]; then
   packages+=(clang libclang-rt-14-dev)
 fi
