@@ -155,6 +155,7 @@ if(TARGET filters_common_py)
     "switch packet filter model - Python 3 module"
     "Python bindings of the switch packet filter model."
     DEPENDS "python3 (>= 3.11)" "python3 (<< 3.12)" python3-protobuf)
+  set(CPACK_PRE_BUILD_SCRIPTS "${PROJECT_SOURCE_DIR}/cmake/FiltersDebPython.cmake")
 endif()
 
 set(CPACK_COMPONENTS_ALL ${FILTERS_DEB_COMPONENTS})

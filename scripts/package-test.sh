@@ -123,7 +123,18 @@ man -w filters-tool >/dev/null 2>&1 || [[ -f /usr/share/man/man1/filters-tool.1.
 
 if [[ " ${names[*]} " == *" python3-filters-common "* ]]; then
   echo "package-test: Python module"
-  (cd "$work" && /usr/bin/python3 -c 'import filters_common; print("  imported", filters_common.__name__)')
+  # The packaged module reads the demo's bytes back to the same group and
+  # writes them again byte for byte, from Debian's own module directory.
+  (cd "$work" && /usr/bin/python3 - "$work/filters-demo.bin" <<'PY'
+import sys
+import filters_common
+assert filters_common.__file__.startswith("/usr/lib/python3/dist-packages/"), filters_common.__file__
+data = open(sys.argv[1], "rb").read()
+group = filters_common.FiltersGroup.from_bytes(data)
+assert group.serialize() == data, "the demo group written again differs"
+print("  imported from", filters_common.__file__, "and read the demo group:", len(group), "entries")
+PY
+  )
 fi
 
 purge_added
