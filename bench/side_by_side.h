@@ -1,14 +1,15 @@
 // Side-by-side timing: a figure of ours and its baseline run alternately in
 // one process, round after round, and the figure is the median of the
 // per-round ratios. On a busy machine both halves of a round see about the
-// same load, so the ratio is steadier than either time.
+// same conditions, so the ratio is steadier than either time.
 //
 // Not thread-safe; one Figures per program.
 #ifndef FILTERS_BENCH_SIDE_BY_SIDE_H_
 #define FILTERS_BENCH_SIDE_BY_SIDE_H_
 
+#include <time.h>
+
 #include <algorithm>
-#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <functional>
@@ -17,13 +18,21 @@
 
 namespace FiltersBench {
 
-// Seconds taken by `reps` calls of `work`.
+// The CPU time of the calling thread, kernel time (page faults) included.
+// Unlike the wall clock it does not count the time other processes of a busy
+// machine hold the core.
+inline double threadSeconds() {
+  timespec now{};
+  clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
+  return static_cast<double>(now.tv_sec) +
+         static_cast<double>(now.tv_nsec) * 1e-9;
+}
+
+// Seconds of CPU taken by `reps` calls of `work`.
 inline double timeIt(const std::function<void()>& work, int reps) {
-  const auto start = std::chrono::steady_clock::now();
+  const double start = threadSeconds();
   for (int i = 0; i < reps; ++i) work();
-  const std::chrono::duration<double> taken =
-      std::chrono::steady_clock::now() - start;
-  return taken.count();
+  return threadSeconds() - start;
 }
 
 inline double median(std::vector<double> values) {
@@ -40,16 +49,19 @@ class Figures {
 
   // Runs `ours` `oursReps` times and `base` `baseReps` times per round, the
   // first of the two alternating between rounds, and records the median of
-  // (ours per call) / (base per call) times `scale`. `cleanup`, untimed,
-  // runs after each timed batch: it destroys what the batch kept, so that
-  // teardown is not part of the figure. One call of each warms up.
+  // (ours per call) / (base per call) times `scale`. `cleanup`, if any,
+  // runs untimed after each timed batch: it destroys what the batch kept, so
+  // that teardown is not part of the figure. One call of each warms up.
   void compare(const std::string& name, double target,
                const std::function<void()>& ours, int oursReps,
                const std::function<void()>& base, int baseReps,
-               const std::function<void()>& cleanup, double scale = 1) {
+               const std::function<void()>& cleanup = {}, double scale = 1) {
+    const auto tidy = [&cleanup] {
+      if (cleanup) cleanup();
+    };
     ours();
     base();
-    cleanup();
+    tidy();
     std::vector<double> ratios;
     std::vector<double> oursTimes;
     std::vector<double> baseTimes;
@@ -58,14 +70,14 @@ class Figures {
       double b = 0;
       if (round % 2 == 0) {
         o = timeIt(ours, oursReps) / oursReps;
-        cleanup();
+        tidy();
         b = timeIt(base, baseReps) / baseReps;
-        cleanup();
+        tidy();
       } else {
         b = timeIt(base, baseReps) / baseReps;
-        cleanup();
+        tidy();
         o = timeIt(ours, oursReps) / oursReps;
-        cleanup();
+        tidy();
       }
       oursTimes.push_back(o);
       baseTimes.push_back(b);

@@ -4,6 +4,8 @@
 #include <arpa/inet.h>
 #include <netinet/ether.h>
 
+#include <cstring>
+
 #include "FiltersCommon/filter_matches.h"
 #include "filter_matches.pb.h"
 #include "matches/match_internal.h"
@@ -171,12 +173,12 @@ MatchMac::MatchMac(filtersMatch_t type, ether_addr mac)
 }
 
 MatchIPv4::MatchIPv4(filtersMatch_t type, in_addr ip) : Match(type), ipv4_(ip) {
-  inet_pton(AF_INET, "255.255.255.255", &ipv4Mask_);
+  std::memset(&ipv4Mask_, 0xFF, sizeof(ipv4Mask_));
 }
 
 MatchIPv6::MatchIPv6(filtersMatch_t type, in6_addr ip)
     : Match(type), ipv6_(ip) {
-  inet_pton(AF_INET6, "ffff:ffff:ffff:ffff:ffff:ffff:ffff:ffff", &ipv6Mask_);
+  std::memset(&ipv6Mask_, 0xFF, sizeof(ipv6Mask_));
 }
 
 }  // namespace FiltersCommon
