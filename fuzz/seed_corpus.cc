@@ -11,7 +11,10 @@
 //     unknown stage or type;
 //   - their JSON form and rule text, C-interface programs, policers, and
 //     interface names and numbers.
-// Each RULES_FILE given is added to the rule text corpus as it is.
+// Each RULES_FILE given is added to the rule text corpus as it is, and so is
+// each of its lines. OUTDIR/json.dict is a libFuzzer dictionary of the JSON
+// form's field names.
+#include <google/protobuf/descriptor.h>
 #include <sys/stat.h>
 
 #include <cerrno>
@@ -37,6 +40,7 @@
 #include "demo_group.h"
 #include "filter_entries.pb.h"
 #include "filter_groups.pb.h"
+#include "filters_json.pb.h"
 #include "json_form.h"
 #include "limid/limid.h"
 #include "policer/policer.h"
@@ -501,6 +505,40 @@ void addJsonAndRules(const Corpus& entries, const Corpus& groups, Corpus* json,
   (*json)["nested_damage"] = R"({"entries_": [{"matches_": [{"type_": -1}]}]})";
 }
 
+// A libFuzzer dictionary of the JSON form: every field name of its
+// messages, quoted as JSON writes it, in both spellings the parser takes.
+std::string jsonDictionary() {
+  std::set<std::string> tokens = {"{",     "}",  "[",    "]",
+                                  ":",     ",",  "null", "true",
+                                  "false", "-0", "1e9",  "\\u0000"};
+  std::vector<const google::protobuf::Descriptor*> pending = {
+      FiltersCommon::json::FiltersGroupJson::descriptor()};
+  std::set<const google::protobuf::Descriptor*> seen;
+  while (!pending.empty()) {
+    const google::protobuf::Descriptor* message = pending.back();
+    pending.pop_back();
+    if (!seen.insert(message).second) continue;
+    for (int i = 0; i < message->field_count(); ++i) {
+      const google::protobuf::FieldDescriptor* field = message->field(i);
+      tokens.insert("\"" + field->name() + "\":");
+      tokens.insert("\"" + field->json_name() + "\":");
+      if (field->message_type() != nullptr) {
+        pending.push_back(field->message_type());
+      }
+    }
+  }
+  std::string dictionary;
+  for (const std::string& token : tokens) {
+    dictionary += "\"";
+    for (const char c : token) {
+      if (c == '"' || c == '\\') dictionary += '\\';
+      dictionary += c;
+    }
+    dictionary += "\"\n";
+  }
+  return dictionary;
+}
+
 // ---- C-interface programs ----
 
 void addProgramSeeds(Corpus* programs) {
@@ -663,16 +701,19 @@ void makeDirectory(const std::string& path) {
   }
 }
 
+void writeFile(const std::string& path, const std::string& bytes) {
+  std::ofstream out(path, std::ios::binary | std::ios::trunc);
+  out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+  if (!out) throw std::runtime_error("cannot write " + path);
+}
+
 // Writes each distinct seed once, under the first name it has.
 void write(const std::string& dir, const Corpus& corpus) {
   makeDirectory(dir);
   std::set<std::string> written;
   for (const auto& [name, bytes] : corpus) {
     if (!written.insert(bytes).second) continue;
-    const std::string path = dir + "/" + name;
-    std::ofstream out(path, std::ios::binary | std::ios::trunc);
-    out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-    if (!out) throw std::runtime_error("cannot write " + path);
+    writeFile(dir + "/" + name, bytes);
   }
   std::cout << dir << ": " << written.size() << " seeds\n";
 }
@@ -709,6 +750,7 @@ int main(int argc, char** argv) {
     write(out + "/c_api", programs);
     write(out + "/policer", policers);
     write(out + "/limid", limids);
+    writeFile(out + "/json.dict", jsonDictionary());
   } catch (const std::exception& error) {
     std::cerr << "filters-fuzz-seeds: " << error.what() << "\n";
     return 1;

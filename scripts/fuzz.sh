@@ -49,14 +49,19 @@ for t in "${targets[@]}"; do
   log="$build/fuzz-$t.log"
   status=0
   # New inputs go to the corpus in the build tree; the seeds stay as made.
+  dict=()
+  [[ -f "$seeds/$t.dict" ]] && dict=(-dict="$seeds/$t.dict")
   "$build/fuzz/${t}_fuzzer" -max_total_time="$seconds" -print_final_stats=1 \
     -timeout=25 -rss_limit_mb=2048 -artifact_prefix="fuzz/findings/$t/" \
-    "$corpus/$t" "$seeds/$t" >"$log" 2>&1 || status=$?
+    "${dict[@]}" "$corpus/$t" "$seeds/$t" >"$log" 2>&1 || status=$?
   execs=$(sed -n 's/^stat::number_of_executed_units: *//p' "$log" | tail -n1)
   cov=$(grep -oE 'cov: [0-9]+' "$log" | tail -n1 | cut -d' ' -f2)
   ft=$(grep -oE 'ft: [0-9]+' "$log" | tail -n1 | cut -d' ' -f2)
   if ((status == 0)); then
     verdict=ok
+    # Slow inputs are reported but are no failure (a loaded machine makes
+    # them); only failures leave files behind.
+    rm -f "fuzz/findings/$t"/slow-unit-*
     rmdir "fuzz/findings/$t" 2>/dev/null || true
   else
     verdict="FAILED (exit $status; reproducer in fuzz/findings/$t/, log $log)"
