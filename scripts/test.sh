@@ -27,6 +27,8 @@ if [[ "${CI:-}" == "true" ]]; then
   if command -v clang-format >/dev/null; then
     bash scripts/lint.sh
   fi
+  # The side-by-side benchmarks, small and once: only that they run.
+  bash bench/run.sh --quick --build-dir build
   # Any sanitizer report fails the run: the sanitizers abort on the first one.
   export ASAN_OPTIONS=abort_on_error=1:detect_leaks=1
   export UBSAN_OPTIONS=halt_on_error=1:print_stacktrace=1

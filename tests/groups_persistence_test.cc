@@ -101,6 +101,13 @@ TEST(FiltersGroupWire, ConvertsHeaderAndEntriesInIdentifierOrder) {
   EXPECT_EQ(message.entries_(2).id_(), 1000000u);
 }
 
+TEST(FiltersGroupWire, SerializeReplacesTheStringWithTheMessageBytes) {
+  const FiltersGroup group = RichGroup();
+  std::string bytes = "left over";
+  group.serialize(&bytes);
+  EXPECT_EQ(bytes, group.convertToFiltersGroupPB().SerializeAsString());
+}
+
 TEST(FiltersGroupWire, EmptyGroupWritesAllFourScalarFields) {
   const FiltersGroupPB message = FiltersGroup(0).convertToFiltersGroupPB();
   EXPECT_TRUE(message.has_id_());

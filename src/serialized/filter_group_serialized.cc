@@ -9,6 +9,9 @@
 #include <utility>
 
 #include <google/protobuf/arena.h>
+#include <google/protobuf/io/coded_stream.h>
+#include <google/protobuf/io/zero_copy_stream_impl_lite.h>
+#include <google/protobuf/wire_format_lite.h>
 
 #include "FiltersCommon/filter_groups.h"
 #include "FiltersCommon/filter_serialized.h"
@@ -86,12 +89,31 @@ void FiltersGroup::convertFromFiltersGroupPB(const FiltersGroupPB* message) {
   }
 }
 
+// The bytes are those of convertToFiltersGroupPB() serialized, but written as
+// they are made: the group's own fields (numbers 1 to 4) by the runtime from a
+// message without entries, then each entry (field 5, after them as the
+// runtime orders fields) by the runtime from one entry message reused for
+// all. A whole group message of tens of thousands of entries is never built,
+// so writing costs little more than the runtime's own serialization. Every
+// required field is always set, so the runtime's check for them is skipped.
 void FiltersGroup::serialize(std::string* out) const {
-  google::protobuf::Arena arena;
-  auto* message =
-      google::protobuf::Arena::CreateMessage<FiltersGroupPB>(&arena);
-  FillGroupMessage(*this, message);
-  static_cast<void>(message->SerializeToString(out));
+  out->clear();
+  google::protobuf::io::StringOutputStream stream(out);
+  google::protobuf::io::CodedOutputStream coded(&stream);
+  FiltersGroupPB head;
+  head.set_id_(id_);
+  head.set_priority_(priority_);
+  head.set_stage_(static_cast<uint32_t>(stage_));
+  head.set_type_(static_cast<uint32_t>(type_));
+  static_cast<void>(head.SerializePartialToCodedStream(&coded));
+  FiltersEntryPB element;
+  for (const auto& held : entries_) {
+    element.Clear();
+    held.second.convertToFiltersEntryPB(&element);
+    static_cast<void>(element.ByteSizeLong());  // caches the sizes written
+    google::protobuf::internal::WireFormatLite::WriteMessage(
+        FiltersGroupPB::kEntriesFieldNumber, element, &coded);
+  }
 }
 
 void FiltersGroup::serialize(FiltersSerialized* out) const {
