@@ -52,7 +52,7 @@ for t in "${targets[@]}"; do
   dict=()
   [[ -f "$seeds/$t.dict" ]] && dict=(-dict="$seeds/$t.dict")
   "$build/fuzz/${t}_fuzzer" -max_total_time="$seconds" -print_final_stats=1 \
-    -timeout=25 -rss_limit_mb=2048 -artifact_prefix="fuzz/findings/$t/" \
+    -timeout=60 -rss_limit_mb=2048 -artifact_prefix="fuzz/findings/$t/" \
     "${dict[@]}" "$corpus/$t" "$seeds/$t" >"$log" 2>&1 || status=$?
   execs=$(sed -n 's/^stat::number_of_executed_units: *//p' "$log" | tail -n1)
   cov=$(grep -oE 'cov: [0-9]+' "$log" | tail -n1 | cut -d' ' -f2)
