@@ -8,21 +8,21 @@ if(TARGET filter_rules)
   list(APPEND FILTERS_INSTALLED_LIBRARIES filter_rules)
 endif()
 
-install(TARGETS ${FILTERS_INSTALLED_LIBRARIES}
-  EXPORT FiltersCommonTargets
-  LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}"
-  ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}"
-  RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
+foreach(library ${FILTERS_INSTALLED_LIBRARIES})
+  filters_install_library(${library})
+endforeach()
 
 install(DIRECTORY "${PROJECT_SOURCE_DIR}/include/FiltersCommon"
   DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}"
+  COMPONENT dev
   FILES_MATCHING PATTERN "*.h")
 install(FILES ${FILTERS_PROTO_HEADERS}
-  DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/FiltersCommon")
+  DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/FiltersCommon" COMPONENT dev)
 
 install(EXPORT FiltersCommonTargets
   NAMESPACE FiltersCommon::
-  DESTINATION "${FILTERS_CMAKE_DIR}")
+  DESTINATION "${FILTERS_CMAKE_DIR}"
+  COMPONENT dev)
 
 configure_package_config_file(
   "${PROJECT_SOURCE_DIR}/cmake/FiltersCommonConfig.cmake.in"
@@ -35,7 +35,8 @@ write_basic_package_version_file(
 install(FILES
   "${PROJECT_BINARY_DIR}/FiltersCommonConfig.cmake"
   "${PROJECT_BINARY_DIR}/FiltersCommonConfigVersion.cmake"
-  DESTINATION "${FILTERS_CMAKE_DIR}")
+  DESTINATION "${FILTERS_CMAKE_DIR}"
+  COMPONENT dev)
 
 # pkg-config: the include directory holds the generated headers too, which
 # include each other without a prefix.
@@ -50,10 +51,10 @@ file(RELATIVE_PATH FILTERS_PC_TO_PREFIX
 configure_file("${PROJECT_SOURCE_DIR}/cmake/filter_common.pc.in"
                "${PROJECT_BINARY_DIR}/filter_common.pc" @ONLY)
 install(FILES "${PROJECT_BINARY_DIR}/filter_common.pc"
-  DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
+  DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig" COMPONENT dev)
 if(TARGET filter_rules)
   configure_file("${PROJECT_SOURCE_DIR}/cmake/filter_rules.pc.in"
                  "${PROJECT_BINARY_DIR}/filter_rules.pc" @ONLY)
   install(FILES "${PROJECT_BINARY_DIR}/filter_rules.pc"
-    DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
+    DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig" COMPONENT dev)
 endif()

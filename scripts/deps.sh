@@ -3,9 +3,17 @@
 set -euo pipefail
 
 packages=(cmake make g++ gcc pkg-config libprotobuf-dev protobuf-compiler
-          libgtest-dev libgmock-dev libbenchmark-dev valgrind)
+          libgtest-dev libgmock-dev libbenchmark-dev valgrind
+          python3-dev pybind11-dev python3-pytest python3-protobuf)
 if [[ "${FILTERS_WITH_CLANG:-0}" == 1 ]]; then
   packages+=(clang libclang-rt-14-dev)
+fi
+# Debian packages (scripts/package.sh) and the ABI guard (scripts/abi-check.sh).
+if [[ "${FILTERS_WITH_PACKAGING:-0}" == 1 ]]; then
+  packages+=(dpkg-dev file binutils fakeroot lintian help2man)
+fi
+if [[ "${FILTERS_WITH_ABI:-0}" == 1 ]]; then
+  packages+=(abigail-tools binutils)
 fi
 
 missing=()

@@ -1,12 +1,17 @@
 #!/usr/bin/env bash
 # Builds the library from scratch and runs the whole test suite.
 #   scripts/test.sh            configure, build and run CTest in build/
-# Under CI=true it builds with -Werror and then runs the suite a second time
-# built by clang with AddressSanitizer and UndefinedBehaviorSanitizer, and
-# runs every fuzz target briefly from its generated seeds.
+# Under CI=true it builds with -Werror, checks the ABI, builds and tests the
+# Debian packages, then runs the suite a second time built by clang with
+# AddressSanitizer and UndefinedBehaviorSanitizer, and runs every fuzz target
+# briefly from its generated seeds.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
+# CI also guards the ABI and builds, installs and removes the Debian packages.
+if [[ "${CI:-}" == "true" ]]; then
+  export FILTERS_WITH_ABI=1 FILTERS_WITH_PACKAGING=1
+fi
 bash scripts/deps.sh
 
 jobs=$(nproc 2>/dev/null || echo 2)
@@ -27,6 +32,9 @@ if [[ "${CI:-}" == "true" ]]; then
   if command -v clang-format >/dev/null; then
     bash scripts/lint.sh
   fi
+  bash scripts/abi-check.sh build
+  bash scripts/package.sh build
+  bash scripts/package-test.sh build/packages
   # The side-by-side benchmarks, small and once: only that they run.
   bash bench/run.sh --quick --build-dir build
   # Any sanitizer report fails the run: the sanitizers abort on the first one.

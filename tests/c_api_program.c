@@ -11,17 +11,8 @@
 #include <string.h>
 
 #include "FiltersCommon/filters_common_c.h"
+#include "c_check.h"
 #include "limid/limid.h"
-
-static int failures = 0;
-
-#define CHECK(cond)                                                            \
-  do {                                                                         \
-    if (!(cond)) {                                                             \
-      fprintf(stderr, "%s:%d: check failed: %s\n", __FILE__, __LINE__, #cond); \
-      ++failures;                                                              \
-    }                                                                          \
-  } while (0)
 
 static struct ether_addr mac_of(uint8_t a, uint8_t b, uint8_t c, uint8_t d,
                                 uint8_t e, uint8_t f) {
@@ -481,10 +472,5 @@ int main(void) {
   check_ipv4_group();
   check_cpu_group();
   check_other_kinds();
-  if (failures != 0) {
-    fprintf(stderr, "%d check(s) failed\n", failures);
-    return 1;
-  }
-  printf("all C interface checks passed\n");
-  return 0;
+  return c_check_exit_status("all C interface checks passed");
 }

@@ -13,16 +13,7 @@
 
 #include "FiltersCommon/filter_rules_c.h"
 #include "FiltersCommon/filters_common_c.h"
-
-static int failures = 0;
-
-#define CHECK(cond)                                                            \
-  do {                                                                         \
-    if (!(cond)) {                                                             \
-      fprintf(stderr, "%s:%d: check failed: %s\n", __FILE__, __LINE__, #cond); \
-      ++failures;                                                              \
-    }                                                                          \
-  } while (0)
+#include "c_check.h"
 
 /* Inserts entry `id` with `priority`, a TTL match of `ttl` (none when 0) and
  * a deny action (permit when `permit`), and frees every handle. */
@@ -166,10 +157,5 @@ int main(void) {
 
   deleteFiltersGroupDiff(d);
   deleteFiltersGroup(b);
-  if (failures != 0) {
-    fprintf(stderr, "%d check(s) failed\n", failures);
-    return 1;
-  }
-  printf("group diff C client: all checks passed\n");
-  return 0;
+  return c_check_exit_status("group diff C client: all checks passed");
 }

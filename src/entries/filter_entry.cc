@@ -1,3 +1,4 @@
+#include <memory>
 #include <utility>
 
 #include "FiltersCommon/filter_entries.h"
@@ -193,17 +194,26 @@ const Match* FiltersEntry::findMatch(filtersMatch_t type) const {
 
 void FiltersEntry::storeMatch(filtersMatch_t type,
                               std::unique_ptr<Match> match) {
-  matches_[type] = std::move(match);
+  // Kinds usually arrive in ascending order (copies, the wire), so the end is
+  // the likely place; the hint costs nothing when it is wrong.
+  matches_.insert_or_assign(matches_.end(), type, std::move(match));
 }
 
 filtersErr_t FiltersEntry::copyMatches(const MatchMap& src) {
   return OfferEach(src, [this](const Match& match) {
     // The object is offered as the class of the kind it reports, so a DSCP
     // match is copied as the ToS match it is.
+    // What setMatch does, less its class check: every class of the table
+    // passes it.
     switch (match.getType()) {
-#define FILTERS_COPY_MATCH(value, Class) \
-  case value:                            \
-    return setMatch(static_cast<const Class&>(match));
+#define FILTERS_COPY_MATCH(value, Class)                                   \
+  case value:                                                              \
+    if (!admitsMatch(static_cast<filtersMatch_t>(value))) {                \
+      return FILTERS_ERR_INVALID;                                          \
+    }                                                                      \
+    storeMatch(static_cast<filtersMatch_t>(value),                         \
+               std::make_unique<Class>(static_cast<const Class&>(match))); \
+    return FILTERS_OK;
       FILTERS_FOR_EACH_MATCH_KIND(FILTERS_COPY_MATCH)
 #undef FILTERS_COPY_MATCH
       default:
@@ -229,15 +239,17 @@ const Action* FiltersEntry::findAction(filtersAction_t type) const {
 
 void FiltersEntry::storeAction(filtersAction_t type,
                                std::unique_ptr<Action> action) {
-  actions_[type] = std::move(action);
+  actions_.insert_or_assign(actions_.end(), type, std::move(action));
 }
 
 filtersErr_t FiltersEntry::copyActions(const ActionMap& src) {
   return OfferEach(src, [this](const Action& action) {
     switch (action.getType()) {
-#define FILTERS_COPY_ACTION(value, Class) \
-  case value:                             \
-    return setAction(static_cast<const Class&>(action));
+#define FILTERS_COPY_ACTION(value, Class)                                    \
+  case value:                                                                \
+    storeAction(static_cast<filtersAction_t>(value),                         \
+                std::make_unique<Class>(static_cast<const Class&>(action))); \
+    return FILTERS_OK;
       FILTERS_FOR_EACH_ACTION_KIND(FILTERS_COPY_ACTION)
 #undef FILTERS_COPY_ACTION
       default:

@@ -80,6 +80,10 @@ filtersErr_t FiltersGroup::adoptEntry(FiltersEntry&& entry) {
 
 std::map<filtersEntryId_t, FiltersEntry>::iterator FiltersGroup::vacate(
     filtersEntryId_t id, const FiltersEntry* incoming) {
+  // Groups are mostly filled in ascending identifier (loads, copies, bulk
+  // inserts): an identifier past the last one belongs at the end, and the
+  // search down the tree, which misses the cache in a large group, is saved.
+  if (entries_.empty() || entries_.rbegin()->first < id) return entries_.end();
   auto it = entries_.lower_bound(id);
   if (it != entries_.end() && it->first == id && &it->second != incoming) {
     it = entries_.erase(it);
