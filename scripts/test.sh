@@ -2,8 +2,9 @@
 # Builds the library from scratch and runs the whole test suite.
 #   scripts/test.sh            configure, build and run CTest in build/
 # Under CI=true it builds with -Werror, checks the ABI, builds and tests the
-# Debian packages, and then runs the suite a second time
-# built with AddressSanitizer and UndefinedBehaviorSanitizer.
+# Debian packages, then runs the suite a second time built by clang with
+# AddressSanitizer and UndefinedBehaviorSanitizer, and runs every fuzz target
+# briefly from its generated seeds.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -39,6 +40,11 @@ if [[ "${CI:-}" == "true" ]]; then
   # Any sanitizer report fails the run: the sanitizers abort on the first one.
   export ASAN_OPTIONS=abort_on_error=1:detect_leaks=1
   export UBSAN_OPTIONS=halt_on_error=1:print_stacktrace=1
-  run_suite build-asan -DFILTERS_SANITIZE=address,undefined \
-            -DFILTERS_BUILD_TOOLS=ON
+  # The sanitized suite is built with clang, fuzz targets included, and the
+  # fuzz targets then run 10 seconds each from their generated seeds.
+  FILTERS_WITH_CLANG=1 bash scripts/deps.sh
+  (export CC=clang CXX=clang++
+   run_suite build-asan -DFILTERS_SANITIZE=address,undefined \
+             -DFILTERS_BUILD_TOOLS=ON -DFILTERS_BUILD_FUZZERS=ON)
+  FILTERS_FUZZ_BUILD=build-asan bash scripts/fuzz.sh 10
 fi

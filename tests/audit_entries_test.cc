@@ -360,7 +360,8 @@ TEST(AuditEntry, EveryKindSurvivesCopyAndCDispatch) {
     const Match& held = *e.getMatches().begin()->second;
     FiltersEntry copy(e);
     EXPECT_TRUE(copy == e) << kind;
-    EXPECT_EQ(typeid(*copy.getMatches().begin()->second), typeid(held));
+    const Match& copied = *copy.getMatches().begin()->second;
+    EXPECT_EQ(typeid(copied), typeid(held));
     FiltersEntry viaC(1);
     Match* handle = const_cast<Match*>(&held);
     EXPECT_EQ(filtersEntrySetMatch(&viaC, handle), 0) << kind;
@@ -374,7 +375,8 @@ TEST(AuditEntry, EveryKindSurvivesCopyAndCDispatch) {
     EXPECT_EQ(held.getType(), kind);
     FiltersEntry copy(e);
     EXPECT_TRUE(copy == e) << kind;
-    EXPECT_EQ(typeid(*copy.getActions().begin()->second), typeid(held));
+    const Action& copied = *copy.getActions().begin()->second;
+    EXPECT_EQ(typeid(copied), typeid(held));
     FiltersEntry viaC(1);
     Action* handle = const_cast<Action*>(&held);
     EXPECT_EQ(filtersEntrySetAction(&viaC, handle), 0) << kind;
