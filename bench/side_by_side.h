@@ -7,10 +7,9 @@
 #ifndef FILTERS_BENCH_SIDE_BY_SIDE_H_
 #define FILTERS_BENCH_SIDE_BY_SIDE_H_
 
-#include <time.h>
-
 #include <algorithm>
 #include <cstdio>
+#include <ctime>
 #include <cstdlib>
 #include <functional>
 #include <string>
@@ -18,21 +17,18 @@
 
 namespace FiltersBench {
 
-// The CPU time of the calling thread, kernel time (page faults) included.
-// Unlike the wall clock it does not count the time other processes of a busy
-// machine hold the core.
-inline double threadSeconds() {
-  timespec now{};
-  clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
-  return static_cast<double>(now.tv_sec) +
-         static_cast<double>(now.tv_nsec) * 1e-9;
+// The CPU time of the process (the benchmarks run one thread), kernel time
+// (page faults) included. Unlike the wall clock it does not count the time
+// other processes of a busy machine hold the core.
+inline double cpuSeconds() {
+  return static_cast<double>(std::clock()) / CLOCKS_PER_SEC;
 }
 
 // Seconds of CPU taken by `reps` calls of `work`.
 inline double timeIt(const std::function<void()>& work, int reps) {
-  const double start = threadSeconds();
+  const double start = cpuSeconds();
   for (int i = 0; i < reps; ++i) work();
-  return threadSeconds() - start;
+  return cpuSeconds() - start;
 }
 
 inline double median(std::vector<double> values) {
