@@ -63,7 +63,8 @@ trap 'rm -rf "$work"' EXIT
 # The recorded form: no paths of this machine, only what callers can see.
 dump_abi() {
   abidw --no-corpus-path --no-comp-dir-path --no-show-locs \
-        --drop-private-types "${headers[@]}" --out-file "$2" "$1"
+        --drop-private-types "${headers[@]}" \
+        --suppressions "$repo/abi/suppressions.ini" --out-file "$2" "$1"
 }
 
 soname_of() {
