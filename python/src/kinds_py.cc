@@ -598,65 +598,83 @@ std::string reprOf(const char* name, const Row& row, const T& object) {
   return std::string(name) + "(" + reprArguments(row, messageOf(object)) + ")";
 }
 
+// What tells the match classes from the action classes: their base, their
+// message, their rows in the rule table and their loader.
+struct MatchSide {
+  using Base = Match;
+  using Message = MatchPB;
+  static constexpr const char* kWord = "match";
+  static const auto& row(int kind) {
+    return rules::matchRows()[static_cast<std::size_t>(kind)];
+  }
+  template <class Row>
+  static bool hasSecondList(const Row& row) {
+    return row.fields.list2 != nullptr;
+  }
+  static std::shared_ptr<Match> load(const MatchPB& pb) {
+    return loadMatch(pb);
+  }
+  static auto enumOf(int kind) { return matchEnumOf(kind); }
+};
+
+struct ActionSide {
+  using Base = Action;
+  using Message = ActionPB;
+  static constexpr const char* kWord = "action";
+  static const auto& row(int kind) {
+    return rules::actionRows()[static_cast<std::size_t>(kind)];
+  }
+  template <class Row>
+  static bool hasSecondList(const Row&) {
+    return false;
+  }
+  static std::shared_ptr<Action> load(const ActionPB& pb) {
+    return loadAction(pb);
+  }
+  static auto enumOf(int kind) { return actionEnumOf(kind); }
+};
+
+// Binds one match or action class from its row of the rule table: the
+// constructor takes the row's values, the properties read them back.
+template <class Side, class T>
+void bindKind(py::module_& module, const char* name, int kind) {
+  using Base = typename Side::Base;
+  const auto& row = Side::row(kind);
+  const std::vector<Param> params =
+      paramsOf(row.value, Side::hasSecondList(row));
+  const std::string doc = std::string(name) + signatureOf(params) + "\n\nThe " +
+                          Side::kWord + " of kind " + std::to_string(kind) +
+                          ". " + familyHelp(row.value);
+  py::class_<T, Base, std::shared_ptr<T>> cls(module, name, doc.c_str());
+  const std::string callee = name;
+  const std::string init_doc = std::string("Builds the ") + Side::kWord +
+                               " from its Python values (see the class help).";
+  cls.def(py::init([kind, params, callee](py::args args, py::kwargs kwargs) {
+            const auto bound = bindArguments(callee, params, args, kwargs);
+            typename Side::Message pb;
+            pb.set_type_(static_cast<uint32_t>(kind));
+            fillMessage(Side::row(kind), bound, &pb);
+            return std::static_pointer_cast<T>(Side::load(pb));
+          }),
+          init_doc.c_str());
+  addProperties<Base>(cls, row, Side::enumOf(kind));
+  cls.def("__repr__", [name, kind](const T& self) {
+    return reprOf(name, Side::row(kind), self);
+  });
+  const std::string str_doc =
+      std::string("The library's dump of this ") + Side::kWord + ".";
+  cls.def(
+      "__str__", [](const T& self) { return dumpOf(self); }, str_doc.c_str());
+}
+
 template <class T>
 void bindMatch(py::module_& module, const char* name, int kind) {
-  const rules::MatchRow& row =
-      rules::matchRows()[static_cast<std::size_t>(kind)];
-  const std::vector<Param> params =
-      paramsOf(row.value, row.fields.list2 != nullptr);
-  const std::string doc = std::string(name) + signatureOf(params) +
-                          "\n\nThe match of kind " + std::to_string(kind) +
-                          ". " + familyHelp(row.value);
-  py::class_<T, Match, std::shared_ptr<T>> cls(module, name, doc.c_str());
-  const std::string callee = name;
-  cls.def(py::init([kind, params, callee](py::args args, py::kwargs kwargs) {
-            const rules::MatchRow& r =
-                rules::matchRows()[static_cast<std::size_t>(kind)];
-            const auto bound = bindArguments(callee, params, args, kwargs);
-            MatchPB pb;
-            pb.set_type_(static_cast<uint32_t>(kind));
-            fillMessage(r, bound, &pb);
-            return std::static_pointer_cast<T>(loadMatch(pb));
-          }),
-          "Builds the match from its Python values (see the class help).");
-  addProperties<Match>(cls, row, matchEnumOf(kind));
-  cls.def("__repr__", [name, kind](const T& self) {
-    return reprOf(name, rules::matchRows()[static_cast<std::size_t>(kind)],
-                  self);
-  });
-  cls.def(
-      "__str__", [](const T& self) { return dumpOf(self); },
-      "The library's dump of this match.");
+  bindKind<MatchSide, T>(module, name, kind);
 }
 
 template <class T>
 void bindAction(py::module_& module, const char* name, int kind) {
-  const rules::ActionRow& row =
-      rules::actionRows()[static_cast<std::size_t>(kind)];
-  const std::vector<Param> params = paramsOf(row.value, false);
-  const std::string doc = std::string(name) + signatureOf(params) +
-                          "\n\nThe action of kind " + std::to_string(kind) +
-                          ". " + familyHelp(row.value);
-  py::class_<T, Action, std::shared_ptr<T>> cls(module, name, doc.c_str());
-  const std::string callee = name;
-  cls.def(py::init([kind, params, callee](py::args args, py::kwargs kwargs) {
-            const rules::ActionRow& r =
-                rules::actionRows()[static_cast<std::size_t>(kind)];
-            const auto bound = bindArguments(callee, params, args, kwargs);
-            ActionPB pb;
-            pb.set_type_(static_cast<uint32_t>(kind));
-            fillMessage(r, bound, &pb);
-            return std::static_pointer_cast<T>(loadAction(pb));
-          }),
-          "Builds the action from its Python values (see the class help).");
-  addProperties<Action>(cls, row, actionEnumOf(kind));
-  cls.def("__repr__", [name, kind](const T& self) {
-    return reprOf(name, rules::actionRows()[static_cast<std::size_t>(kind)],
-                  self);
-  });
-  cls.def(
-      "__str__", [](const T& self) { return dumpOf(self); },
-      "The library's dump of this action.");
+  bindKind<ActionSide, T>(module, name, kind);
 }
 
 // ActionMplsPortSet through its own constructor: its interface checks and
